@@ -1,11 +1,14 @@
 // One layer of the retained tree: a rectangle with contents, a place, and the animations that move it.
 //
 // Threads: main only. The render thread sees snapshots (LayerSnapshot.h).
-// Owns:    its sublayers and animations; shares its immutable contents.
+// Owns:    its sublayers and animations; shares its immutable contents. Animations that go away together with
+//          their layer are not told.
 // Units:   points in the superlayer's coordinates, origin lower left, y up; seconds.
 // Errors:  none.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,7 +76,8 @@ class Layer {
   [[nodiscard]] const std::vector<std::unique_ptr<Layer>>& sublayers() const { return sublayers_; }
   [[nodiscard]] Layer* superlayer() const { return superlayer_; }
 
-  // Attaches an animation under a key, replacing the one that has it. Without a begin time of its own it begins
+  // Attaches an animation under a key, replacing the one that has it. Its values must be of the kind that its key
+  // path asks for. Without a begin time of its own it begins
   // at media time `now`, converted to local time.
   void addAnimation(BasicAnimation animation, const std::string& key, Seconds now);
   void removeAnimation(const std::string& key);
@@ -81,6 +85,7 @@ class Layer {
   struct KeyedAnimation {
     std::string key;
     BasicAnimation animation;
+    bool told = false;  // its end has been told
   };
   [[nodiscard]] const std::vector<KeyedAnimation>& animations() const { return animations_; }
 
@@ -99,6 +104,10 @@ class Layer {
 
  private:
   void markChanged();
+  std::optional<KeyedAnimation> takeAnimation(const std::string& key);
+  void finishAnimations(Seconds now, std::vector<std::function<void(bool)>>& calls);
+  // The media time at which this layer's local time is the given one; absent when the layer stands still.
+  [[nodiscard]] std::optional<Seconds> mediaTime(Seconds localTime) const;
 
   LayerProperties properties_;
   std::vector<std::unique_ptr<Layer>> sublayers_;
