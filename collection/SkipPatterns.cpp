@@ -1,0 +1,126 @@
+#include "collection/SkipPatterns.h"
+
+#include <unicode/uchar.h>
+#include <unicode/uregex.h>
+#include <unicode/ustring.h>
+#include <unicode/utf16.h>
+
+#include <cstdint>
+#include <utility>
+
+#include "platform/PrintableText.h"
+
+namespace lumivane {
+namespace {
+
+// A path on which a pattern takes longer than this (in ICU's steps, each about a millisecond) is not skipped by it.
+constexpr std::int32_t kTimeLimit = 25;
+// A pattern that took too long on so many paths is given up for good: a walk may meet a million of them.
+constexpr int kMostTimeOuts = 100;
+
+constexpr UChar32 kReplacementCharacter = 0xFFFD;
+
+// Converts to UTF-16, what is not UTF-8 to replacement characters. `target` keeps its memory from call to call.
+void convertToUtf16(std::string_view utf8, std::u16string& target) {
+  target.resize(utf8.size());  // no character has more UTF-16 units than UTF-8 bytes
+  std::int32_t length = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  u_strFromUTF8WithSub(target.data(), static_cast<std::int32_t>(target.size()), &length, utf8.data(),
+                       static_cast<std::int32_t>(utf8.size()), kReplacementCharacter, nullptr, &status);
+  target.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
+}
+
+// Without the white space and line breaks at both ends.
+std::u16string trimmed(std::u16string_view text) {
+  const auto size = static_cast<std::int32_t>(text.size());
+  std::int32_t begin = 0;
+  std::int32_t end = size;
+  for (std::int32_t next = 0; next < size; begin = next) {
+    UChar32 c = 0;
+    U16_NEXT(text.data(), next, size, c);
+    if (!u_isUWhiteSpace(c)) break;
+  }
+  for (std::int32_t previous = end; previous > begin; end = previous) {
+    UChar32 c = 0;
+    U16_PREV(text.data(), begin, previous, c);
+    if (!u_isUWhiteSpace(c)) break;
+  }
+  return std::u16string(text.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin)));
+}
+
+std::string toUtf8(std::u16string_view text) {
+  std::string result(text.size() * 3, '\0');
+  std::int32_t length = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  u_strToUTF8WithSub(result.data(), static_cast<std::int32_t>(result.size()), &length, text.data(),
+                     static_cast<std::int32_t>(text.size()), kReplacementCharacter, nullptr, &status);
+  result.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
+  return result;
+}
+
+}  // namespace
+
+class SkipPatterns::Expression {
+ public:
+  Expression(URegularExpression* compiled, std::string pattern)
+      : compiled_(compiled, &uregex_close), pattern_(std::move(pattern)) {
+    UErrorCode status = U_ZERO_ERROR;
+    uregex_setTimeLimit(compiled, kTimeLimit, &status);
+  }
+
+  [[nodiscard]] bool covers(std::u16string_view path, Log& log) {
+    if (timeOuts_ >= kMostTimeOuts) return false;
+    UErrorCode status = U_ZERO_ERROR;
+    URegularExpression* regex = compiled_.get();
+    uregex_setText(regex, path.data(), static_cast<std::int32_t>(path.size()), &status);
+    const bool found = uregex_lookingAt(regex, 0, &status) != 0;
+    if (status == U_REGEX_TIME_OUT || status == U_REGEX_STACK_OVERFLOW) noteTimeOut(log);
+    if (U_FAILURE(status) || !found) return false;
+    return uregex_end(regex, 0, &status) == static_cast<std::int32_t>(path.size()) && U_SUCCESS(status);
+  }
+
+ private:
+  void noteTimeOut(Log& log) {
+    ++timeOuts_;
+    if (timeOuts_ == 1) log.error("Skip pattern takes too long: " + printable(pattern_) + " !");
+  }
+
+  std::unique_ptr<URegularExpression, decltype(&uregex_close)> compiled_;
+  std::string pattern_;
+  int timeOuts_ = 0;
+};
+
+SkipPatterns::SkipPatterns(std::vector<std::string> lines, Log& log) : lines_(std::move(lines)), log_(log) {}
+SkipPatterns::SkipPatterns(SkipPatterns&&) noexcept = default;
+SkipPatterns::~SkipPatterns() = default;
+
+void SkipPatterns::compile() {
+  expressions_.emplace();
+  for (const std::string& line : lines_) {
+    convertToUtf16(line, path_);
+    const std::u16string pattern = trimmed(path_);
+    if (pattern.empty()) continue;
+    UErrorCode status = U_ZERO_ERROR;
+    UParseError place{};
+    URegularExpression* compiled =
+        uregex_open(pattern.data(), static_cast<std::int32_t>(pattern.size()), 0, &place, &status);
+    if (U_FAILURE(status)) {
+      log_.error("Error in regexp: " + printable(toUtf8(pattern)) + "\n   error message: " + u_errorName(status) +
+                 " at character " + std::to_string(place.offset));
+      continue;
+    }
+    expressions_->emplace_back(compiled, toUtf8(pattern));
+  }
+}
+
+bool SkipPatterns::matchesSkipPattern(std::string_view path) {
+  if (!expressions_) compile();
+  if (expressions_->empty()) return false;
+  convertToUtf16(path, path_);
+  for (Expression& expression : *expressions_) {
+    if (expression.covers(path_, log_)) return true;
+  }
+  return false;
+}
+
+}  // namespace lumivane
