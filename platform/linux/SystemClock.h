@@ -1,0 +1,18 @@
+// The machine's clocks.
+//
+// Threads: any.
+// Units:   media time is the time since the machine was started, time in suspend included.
+// Errors:  none.
+#pragma once
+
+#include "platform/Clock.h"
+
+namespace lumivane {
+
+class SystemClock final : public Clock {
+ public:
+  [[nodiscard]] MediaTime now() const override;
+  [[nodiscard]] WallTime wallTime() const override;
+};
+
+}  // namespace lumivane
