@@ -23,7 +23,9 @@ namespace {
 constexpr std::size_t kRoomForImages = 1000;
 constexpr std::size_t kRoomForRoots = 10;
 
-std::string reason(int error) { return std::generic_category().message(error); }
+std::string reason(int error) {
+  return std::generic_category().message(error);
+}
 
 // The picture list is kept as UTF-8 text with a line for each path: what does not fit in there cannot be shown.
 bool fitsInList(std::string_view bytes) {
@@ -63,7 +65,9 @@ std::string asPathFrom(const FolderEntry& entry, const std::string& target) {
 DirectoryWalk::DirectoryWalk(WalkRequest request, Log& log)
     : request_(std::move(request)), log_(log), skipPatterns_(request_.skipPatterns, log) {}
 
-DirectoryWalk::~DirectoryWalk() { stop_.request_stop(); }
+DirectoryWalk::~DirectoryWalk() {
+  stop_.request_stop();
+}
 
 void DirectoryWalk::start() {
   thread_ = std::jthread([this] { scanDirectoryByHand(); });
@@ -78,7 +82,9 @@ void DirectoryWalk::scanDirectoryByHand() {
   isFinished_.store(true, std::memory_order_release);
 }
 
-WalkResult DirectoryWalk::takeResult() { return std::move(result_); }
+WalkResult DirectoryWalk::takeResult() {
+  return std::move(result_);
+}
 
 void DirectoryWalk::walkAllRoots() {
   result_.imagefiles.reserve(kRoomForImages);
@@ -89,7 +95,8 @@ void DirectoryWalk::walkAllRoots() {
     walkRoot(root);
   }
   if (stopWanted()) return;
-  log_.information("Finished directory scan by hand. Num images = " + std::to_string(result_.imagefiles.size()));
+  log_.information("Finished directory scan by hand. Num images = " +
+                   std::to_string(result_.imagefiles.size()));
   log_.information("Directories traversed = " + std::to_string(result_.rootDirectories.size()) +
                    " (root and dirs pointed at by aliases)");
   log_.information("Directories total = " + std::to_string(numDirectories_) + " (incl subdirectories)");
@@ -104,7 +111,9 @@ void DirectoryWalk::walkRoot(const std::string& root) {
   FolderTree().tour(root, *this);
 }
 
-bool DirectoryWalk::stopWanted() const { return stop_.stop_requested(); }
+bool DirectoryWalk::stopWanted() const {
+  return stop_.stop_requested();
+}
 
 void DirectoryWalk::cannotRead(const std::string& folderPath, int error) {
   log_.error("enumeratorAtURL: " + printable(folderPath) + "\n error: " + reason(error));
@@ -112,10 +121,16 @@ void DirectoryWalk::cannotRead(const std::string& folderPath, int error) {
 
 bool DirectoryWalk::visit(const FolderEntry& entry) {
   switch (entry.kind) {
-    case EntryKind::Folder: return visitFolder(entry);
-    case EntryKind::File: visitFile(entry); return false;
-    case EntryKind::Link: visitAlias(entry); return false;
-    case EntryKind::Other: return false;  // pipes, sockets, devices: never opened
+    case EntryKind::Folder:
+      return visitFolder(entry);
+    case EntryKind::File:
+      visitFile(entry);
+      return false;
+    case EntryKind::Link:
+      visitAlias(entry);
+      return false;
+    case EntryKind::Other:
+      return false;  // pipes, sockets, devices: never opened
   }
   return false;
 }
@@ -143,11 +158,12 @@ bool DirectoryWalk::isLargeEnough(const FolderEntry& entry) {
     return false;
   }
   if (!S_ISREG(status.st_mode)) return false;
-  const std::uint32_t threshold = request_.excludekB * 1024U;  // wraps beyond 4 GiB, like the search of an index
+  const std::uint32_t threshold =
+      request_.excludekB * 1024U;  // wraps beyond 4 GiB, like the search of an index
   const auto size = static_cast<std::uint64_t>(status.st_size);
   if (size > threshold) return true;
-  log_.information("skipping file " + printable(entry.path()) + " with size " + std::to_string(size) + " B < " +
-                   std::to_string(static_cast<std::int32_t>(threshold)) + " B");
+  log_.information("skipping file " + printable(entry.path()) + " with size " + std::to_string(size) +
+                   " B < " + std::to_string(static_cast<std::int32_t>(threshold)) + " B");
   return false;
 }
 
@@ -196,7 +212,8 @@ void DirectoryWalk::askForFolder(const std::string& alias, const std::string& fo
   }
   log_.information("Getting permission for alias: " + printable(alias));
   log_.information("   pointing to: " + printable(folder));
-  const PermissionAnswer answer = request_.askPermission ? request_.askPermission(folder) : PermissionAnswer{};
+  const PermissionAnswer answer =
+      request_.askPermission ? request_.askPermission(folder) : PermissionAnswer{};
   if (answer.response != kUserConfirmed) {
     log_.information("   user denied (response = " + std::to_string(answer.response) + ")");
     return;

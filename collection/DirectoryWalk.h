@@ -26,13 +26,15 @@ namespace lumivane {
 
 // What the user said to the question whether a folder behind a link may be included.
 struct PermissionAnswer {
-  long response = 0;   // kUserConfirmed, or anything else for a denial
-  std::string folder;  // with a confirmation: the folder that the user chose, which need not be the one asked for
+  long response = 0;  // kUserConfirmed, or anything else for a denial
+  std::string
+      folder;  // with a confirmation: the folder that the user chose, which need not be the one asked for
 };
 inline constexpr long kUserConfirmed = 1;
 
-// Asks about a folder and waits for the answer; called on the walk's thread.
-using AskPermission = std::function<PermissionAnswer(const std::string& folder)>;
+// Asks about a folder and waits for the answer; called on the walk's thread. When a stop is requested, the answer
+// no longer counts, and waiting for it must end.
+using AskPermission = std::function<PermissionAnswer(const std::string& folder, std::stop_token stop)>;
 
 struct WalkRequest {
   std::string mainDirectoryLocation;      // an absolute path
@@ -54,8 +56,7 @@ class DirectoryWalk final : private FolderVisitor {
   DirectoryWalk(WalkRequest request, Log& log);
   DirectoryWalk(const DirectoryWalk&) = delete;
   DirectoryWalk& operator=(const DirectoryWalk&) = delete;
-  // Breaks off a walk that still runs and waits for its thread. A question that the walk waits for must have been
-  // answered by then.
+  // Breaks off a walk that still runs, an open question included, and waits for its thread.
   ~DirectoryWalk() override;
 
   // Walks on a thread of its own. Once per object.

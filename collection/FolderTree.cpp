@@ -31,7 +31,8 @@ int openFolder(std::string_view path) {
     std::size_t length = path.size();
     if (length >= PATH_MAX) {
       length = path.rfind('/', PATH_MAX - 2);
-      if (length == std::string_view::npos || length == 0) length = path.size();  // one name too long: it will fail
+      if (length == std::string_view::npos || length == 0)
+        length = path.size();  // one name too long: it will fail
     }
     stride.assign(path.substr(0, length));
     const int opened = openat(at, stride.c_str(), kFolderFlags);
@@ -58,11 +59,16 @@ EntryKind kindOfMode(mode_t mode) {
 // Some file systems do not tell the kind with the name.
 EntryKind kindOfEntry(int folder, const dirent64& entry) {
   switch (entry.d_type) {
-    case DT_REG: return EntryKind::File;
-    case DT_DIR: return EntryKind::Folder;
-    case DT_LNK: return EntryKind::Link;
-    case DT_UNKNOWN: break;
-    default: return EntryKind::Other;
+    case DT_REG:
+      return EntryKind::File;
+    case DT_DIR:
+      return EntryKind::Folder;
+    case DT_LNK:
+      return EntryKind::Link;
+    case DT_UNKNOWN:
+      break;
+    default:
+      return EntryKind::Other;
   }
   struct stat status {};
   if (fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) return EntryKind::Other;

@@ -11,7 +11,9 @@ bool isAscii(std::string_view bytes) {
   return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-bool isUtf8Line(std::string_view line) { return isAscii(line) || isValidUtf8(line); }
+bool isUtf8Line(std::string_view line) {
+  return isAscii(line) || isValidUtf8(line);
+}
 
 bool fitsInLine(std::string_view path) {
   return path.find('\n') == std::string_view::npos && isUtf8Line(path);
@@ -33,7 +35,8 @@ Result<std::vector<std::string>> readLines(const Files& files, const std::string
   const Result<std::string> text = files.read(path, kLargestImageListBytes);
   if (!text) return Error{text.error()};
   std::vector<std::string> lines = splitAtLineFeeds(text.value());
-  if (!std::all_of(lines.begin(), lines.end(), isUtf8Line)) return Error{printable(path) + ": not UTF-8 text"};
+  if (!std::all_of(lines.begin(), lines.end(), isUtf8Line))
+    return Error{printable(path) + ": not UTF-8 text"};
   return lines;
 }
 

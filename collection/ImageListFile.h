@@ -24,7 +24,8 @@ inline constexpr std::size_t kLargestImageListBytes = std::size_t{1} << 30;
 
 // The list as it was saved. A file that is missing, not UTF-8, or begins with an empty line gives an empty list;
 // empty lines further down are entries.
-[[nodiscard]] std::vector<std::string> loadImageList(const Files& files, const std::string& imageListPath, Log& log);
+[[nodiscard]] std::vector<std::string> loadImageList(const Files& files, const std::string& imageListPath,
+                                                     Log& log);
 
 // Writes the list in place of the old one. A path that the format cannot hold (a line feed, bytes that are not
 // UTF-8) is left out and logged: it would ruin the whole list. An empty imageListPath says that there is none yet;

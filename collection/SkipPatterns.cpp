@@ -105,8 +105,8 @@ void SkipPatterns::compile() {
     URegularExpression* compiled =
         uregex_open(pattern.data(), static_cast<std::int32_t>(pattern.size()), 0, &place, &status);
     if (U_FAILURE(status)) {
-      log_.error("Error in regexp: " + printable(toUtf8(pattern)) + "\n   error message: " + u_errorName(status) +
-                 " at character " + std::to_string(place.offset));
+      log_.error("Error in regexp: " + printable(toUtf8(pattern)) + "\n   error message: " +
+                 u_errorName(status) + " at character " + std::to_string(place.offset));
       continue;
     }
     expressions_->emplace_back(compiled, toUtf8(pattern));
