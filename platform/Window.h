@@ -50,7 +50,8 @@ class WindowListener {
   virtual void windowResized(SizePt /*content*/) {}
   // The size has come to rest.
   virtual void windowLiveResizeEnded() {}
-  // Some of the content can be seen from now on, or none of it.
+  // Some of the content can be seen from now on, or none of it. Comes with true as often as what was drawn may be
+  // lost and must be drawn anew. After a call with false the surface may be gone: no frame may then be in the making.
   virtual void windowExposed(bool /*exposed*/) {}
   virtual void windowMinimized(bool /*minimized*/) {}
   virtual void windowFullScreenChanged(bool /*fullScreen*/) {}

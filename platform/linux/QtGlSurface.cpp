@@ -1,0 +1,39 @@
+#include "platform/linux/QtGlSurface.h"
+
+#include <QThread>
+#include <QWindow>
+#include <utility>
+
+namespace lumivane {
+
+QtGlSurface::QtGlSurface(SlideshowWindow& window, std::unique_ptr<QOpenGLContext> context)
+    : window_(window.qtWindow()), state_(window.surfaceState()), context_(std::move(context)) {
+  // At home nowhere: only such an object can be fetched by another thread, and nobody else knows that thread's name.
+  context_->moveToThread(nullptr);
+}
+
+bool QtGlSurface::makeCurrent() {
+  if (!state_.drawable()) return false;
+  if (context_->thread() == nullptr) context_->moveToThread(QThread::currentThread());
+  return context_->makeCurrent(&window_);
+}
+
+void QtGlSurface::doneCurrent() {
+  context_->doneCurrent();
+  context_->moveToThread(nullptr);
+}
+
+void QtGlSurface::swapBuffers() {
+  context_->swapBuffers(&window_);
+}
+SizePx QtGlSurface::sizePx() const {
+  return state_.sizePx();
+}
+Seconds QtGlSurface::refreshInterval() const {
+  return state_.refreshInterval();
+}
+bool QtGlSurface::drawable() const {
+  return state_.drawable();
+}
+
+}  // namespace lumivane

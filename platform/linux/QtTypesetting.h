@@ -1,0 +1,53 @@
+// Breaks a text into lines for a given width.
+//
+// Threads: main only.
+// Owns:    the laid-out lines.
+// Units:   points; counts in UTF-16 code units of the whole text, line ends included.
+// Errors:  none.
+#pragma once
+
+#include <QFont>
+#include <QString>
+#include <QTextLayout>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "compositor/model/Geometry.h"
+#include "platform/TextRenderer.h"
+
+class QPainter;
+
+namespace lumivane {
+
+// A text of any length is set only as far as it can matter: this much of each paragraph, and no line below the box.
+inline constexpr qsizetype kMaxParagraphUnits = 8192;
+
+class QtTypesetting {
+ public:
+  // The font's size is in points of 1/72 inch, of which there is one a pixel (typesettingFont()).
+  QtTypesetting(const QString& text, const QFont& font, LineBreakMode mode, SizePt box);
+
+  [[nodiscard]] TextMeasure measure() const;
+  // Paints with the painter's pen, the upper left corner of the first line at the origin.
+  void paint(QPainter& painter) const;
+
+ private:
+  [[nodiscard]] bool setParagraph(const QString& paragraph, bool last);
+
+  // Constant after construction.
+  const QFont font_;
+  const LineBreakMode mode_;
+  const SizePt box_;
+  const double plainLineHeight_;
+
+  std::vector<std::unique_ptr<QTextLayout>> paragraphs_;
+  double width_ = 0;
+  double height_ = 0;
+  qsizetype fittingUnits_ = 0;
+};
+
+// A font whose size in points is its size in layer points, whatever the display's resolution is said to be.
+[[nodiscard]] QFont typesettingFont(const QFont& family, double sizePt, double kerningPt);
+
+}  // namespace lumivane
