@@ -44,6 +44,14 @@ Layer* Layer::addSublayer(std::unique_ptr<Layer> layer) {
   return sublayers_.back().get();
 }
 
+Layer* Layer::addSublayerBelow(std::unique_ptr<Layer> layer, const Layer* sibling) {
+  const auto place = std::ranges::find(sublayers_, sibling, &std::unique_ptr<Layer>::get);
+  layer->superlayer_ = this;
+  Layer* const added = sublayers_.insert(place, std::move(layer))->get();
+  markChanged();
+  return added;
+}
+
 std::unique_ptr<Layer> Layer::removeSublayer(const Layer* layer) {
   const auto place = std::ranges::find(sublayers_, layer, &std::unique_ptr<Layer>::get);
   if (place == sublayers_.end()) return nullptr;

@@ -69,6 +69,9 @@ class Layer {
 
   // Adds the layer in front of those with the same z position, and returns it for later use.
   Layer* addSublayer(std::unique_ptr<Layer> layer);
+  // Adds the layer just behind a sublayer, so that of equal z positions the sublayer stays in front; as
+  // addSublayer() when that is none of ours.
+  Layer* addSublayerBelow(std::unique_ptr<Layer> layer, const Layer* sibling);
   // Takes the layer out of this one and hands it back; nullptr when it is not a sublayer.
   std::unique_ptr<Layer> removeSublayer(const Layer* layer);
   // Puts `replacement` where `old` was and hands `old` back; when `old` is not a sublayer, adds it.

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <memory>
+#include <stop_token>
 #include <thread>
 
 #include "compositor/model/LayerSnapshot.h"
@@ -36,6 +37,8 @@ class RenderThread {
   void setExposed(bool exposed);
 
  private:
+  void run(const std::stop_token& stop);
+
   // Constant after construction.
   GlSurface& surface_;
   const Clock& clock_;

@@ -1,0 +1,130 @@
+#include "compositor/render/FrameLoop.h"
+
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include "compositor/model/Evaluation.h"
+
+namespace lumivane {
+namespace {
+
+using std::chrono::milliseconds;
+
+// How long uploads may take in a frame while something moves: a quarter of a frame at 60 Hz.
+constexpr Nanoseconds kUploadWhileMoving = milliseconds{4};
+// And while nothing does: still short enough that a new snapshot is drawn without a noticeable wait.
+constexpr Nanoseconds kUploadWhileStill = milliseconds{12};
+constexpr Nanoseconds kRetryAfter = milliseconds{100};
+
+// Tells setExposed(false) that the frame is over, however it ends.
+class FrameEnd {
+ public:
+  explicit FrameEnd(SnapshotMailbox& mailbox) : mailbox_(mailbox) {}
+  FrameEnd(const FrameEnd&) = delete;
+  FrameEnd& operator=(const FrameEnd&) = delete;
+  ~FrameEnd() { mailbox_.frameOver(); }
+
+ private:
+  SnapshotMailbox& mailbox_;
+};
+
+Nanoseconds intervalOf(const GlSurface& surface) {
+  return wholeNanoseconds(surface.refreshInterval());
+}
+
+}  // namespace
+
+FrameLoop::FrameLoop(GlSurface& surface, const Clock& clock, Log& log, SnapshotMailbox& mailbox)
+    : surface_(surface), clock_(clock), log_(log), mailbox_(mailbox), pacer_(intervalOf(surface)) {}
+
+void FrameLoop::run() {
+  for (;;) {
+    const SnapshotMailbox::News news = waitFor(next_);
+    if (news.stopped) break;
+    if (!news.exposed) continue;
+    const FrameEnd end(mailbox_);
+    try {
+      next_ = turn(news);
+    } catch (const std::exception& failure) {
+      logOnce(failure.what());
+      next_ = Next::Sleep;
+    }
+  }
+  closeDown();
+}
+
+SnapshotMailbox::News FrameLoop::waitFor(Next next) {
+  switch (next) {
+    case Next::Frame:
+      mailbox_.pause(pacer_.waitBefore(clock_.now()));
+      return mailbox_.wait(Nanoseconds{0});
+    case Next::Upload:
+      return mailbox_.wait(Nanoseconds{0});
+    case Next::Retry:
+      return mailbox_.wait(kRetryAfter);
+    case Next::Sleep:
+      break;
+  }
+  return mailbox_.wait(std::nullopt);
+}
+
+FrameLoop::Next FrameLoop::turn(const SnapshotMailbox::News& news) {
+  if (news.snapshot) snapshot_ = news.snapshot;
+  if (!snapshot_) return Next::Sleep;
+  if (!surface_.drawable()) return Next::Retry;
+  if (!surface_.makeCurrent()) {
+    logOnce("the GL context of the window is not to be had");
+    return Next::Retry;
+  }
+  contextMade_ = true;
+  if (!renderer_) renderer_ = std::make_unique<Renderer>(clock_);
+  const bool uploadsOnly = next_ == Next::Upload && !news.snapshot && !news.redraw;
+  return uploadsOnly ? uploadOnly() : drawFrame();
+}
+
+FrameLoop::Next FrameLoop::drawFrame() {
+  pacer_.setInterval(intervalOf(surface_));
+  const Seconds seen = mediaSeconds(pacer_.begin(clock_.now()));
+  const DrawList list = evaluate(*snapshot_, seen);
+  const bool moving = isMoving(*snapshot_, seen);
+  renderer_->textures().want(list.wanted);
+  const auto uploads = renderer_->textures().upload(moving ? kUploadWhileMoving : kUploadWhileStill);
+  renderer_->draw(list, surface_.sizePx());
+  surface_.swapBuffers();
+  checkGl();
+  if (moving) return Next::Frame;
+  pacer_.rest();
+  return uploads.pending ? Next::Upload : Next::Sleep;
+}
+
+FrameLoop::Next FrameLoop::uploadOnly() {
+  const auto uploads = renderer_->textures().upload(kUploadWhileStill);
+  if (uploads.shownBetter) return drawFrame();
+  return uploads.pending ? Next::Upload : Next::Sleep;
+}
+
+void FrameLoop::closeDown() {
+  snapshot_.reset();
+  if (!contextMade_) return;
+  if (!surface_.makeCurrent() && renderer_) renderer_->abandon();
+  renderer_.reset();
+  surface_.doneCurrent();
+}
+
+void FrameLoop::checkGl() {
+  const GLenum error = glGetError();
+  if (error == GL_NO_ERROR) return;
+  char text[48];
+  std::snprintf(text, sizeof text, "GL error 0x%04X while drawing", static_cast<unsigned>(error));
+  logOnce(text);
+}
+
+void FrameLoop::logOnce(std::string_view failure) {
+  if (failureLogged_) return;
+  failureLogged_ = true;
+  log_.error("Drawing failed: " + std::string(failure));
+}
+
+}  // namespace lumivane

@@ -1,0 +1,60 @@
+// What the render thread does, frame by frame: one object made and used on that thread.
+//
+// Threads: render only.
+// Owns:    the renderer, and with it every GL object; the newest snapshot.
+// Units:   media time of the given clock.
+// Errors:  GL failures are logged once and leave the last frame standing; no exception leaves run().
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "compositor/render/FramePacer.h"
+#include "compositor/render/GlSurface.h"
+#include "compositor/render/Renderer.h"
+#include "compositor/render/SnapshotMailbox.h"
+#include "platform/Clock.h"
+#include "platform/Log.h"
+
+namespace lumivane {
+
+class FrameLoop {
+ public:
+  FrameLoop(GlSurface& surface, const Clock& clock, Log& log, SnapshotMailbox& mailbox);
+
+  // Returns when the mailbox is stopped, with all GL objects freed and the context given back.
+  void run();
+
+ private:
+  // What is left to do after a turn.
+  enum class Next {
+    Sleep,   // until something comes
+    Frame,   // something moves: at the pace of the display
+    Upload,  // nothing moves, but textures are still to be sent: at once
+    Retry,   // the surface cannot be drawn to just now
+  };
+
+  [[nodiscard]] SnapshotMailbox::News waitFor(Next next);
+  [[nodiscard]] Next turn(const SnapshotMailbox::News& news);
+  [[nodiscard]] Next drawFrame();
+  [[nodiscard]] Next uploadOnly();
+  void closeDown();
+  void logOnce(std::string_view failure);
+  void checkGl();
+
+  // Constant after construction.
+  GlSurface& surface_;
+  const Clock& clock_;
+  Log& log_;
+  SnapshotMailbox& mailbox_;
+
+  FramePacer pacer_;
+  std::shared_ptr<const FrameSnapshot> snapshot_;
+  std::unique_ptr<Renderer> renderer_;
+  bool contextMade_ = false;
+  bool failureLogged_ = false;
+  Next next_ = Next::Sleep;
+};
+
+}  // namespace lumivane

@@ -1,0 +1,172 @@
+#include "compositor/render/Renderer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+#include <variant>
+
+#include "compositor/model/OrientationMap.h"
+
+namespace lumivane {
+namespace {
+
+// An edge between two pixels colours both.
+constexpr double kEdgeMargin = 1;
+// Beyond three deviations a shadow is fainter than one step of 255.
+constexpr double kShadowReach = 3;
+// Less blur than that is what any edge between pixels gets.
+constexpr double kLeastDeviationPx = 0.3;
+
+constexpr const char* kOnlyPicture[] = {"pixels", "rect", "along", "across", "opacity"};
+constexpr const char* kUpperPicture[] = {"upperPixels", "upperRect", "upperAlong", "upperAcross",
+                                         "upperOpacity"};
+
+const Clock& checkedContext(const Clock& clock) {
+  const int least = epoxy_is_desktop_gl() ? 33 : 30;
+  if (epoxy_gl_version() < least) throw std::runtime_error("the GL context is older than 3.3 core or ES 3.0");
+  return clock;
+}
+
+GLint minFilter(ContentsFilter filter) {
+  return filter == ContentsFilter::Trilinear ? GL_LINEAR_MIPMAP_LINEAR : GL_LINEAR;
+}
+
+void setColor(GLint uniform, const Color& color, double opacity) {
+  const float alpha = color.alpha * static_cast<float>(opacity);
+  glUniform4f(uniform, color.red * alpha, color.green * alpha, color.blue * alpha, alpha);
+}
+
+// One row of the orientation's map, from fractions of the rectangle to pixels of the framebuffer. Worked out in
+// double precision here, once, rather than in single precision at every pixel.
+void setMap(GLint uniform, const float (&row)[3], double left, double bottom, double width, double height) {
+  const double x = row[0] / width;
+  const double y = row[1] / height;
+  glUniform3f(uniform, static_cast<float>(x), static_cast<float>(y),
+              static_cast<float>(row[2] - x * left - y * bottom));
+}
+
+}  // namespace
+
+Renderer::Renderer(const Clock& clock)
+    : textures_(checkedContext(clock)),
+      vertexArray_(GlName::vertexArray()),
+      picture_(Shader::Picture),
+      color_(Shader::Color),
+      shadow_(Shader::Shadow),
+      dissolve_(Shader::Dissolve) {}
+
+void Renderer::draw(const DrawList& list, SizePx framebuffer) {
+  framebuffer_ = framebuffer;
+  pixelsAPointX_ = framebuffer.width / list.viewport.width;
+  pixelsAPointY_ = framebuffer.height / list.viewport.height;
+  glViewport(0, 0, framebuffer.width, framebuffer.height);
+  glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+  glClearColor(0, 0, 0, 1);
+  glClear(GL_COLOR_BUFFER_BIT);
+  if (!(list.viewport.width > 0 && list.viewport.height > 0)) return;
+
+  glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);  // the window stays opaque
+  glBindVertexArray(vertexArray_.get());
+  glDisable(GL_BLEND);  // blending over black changes nothing, so the first quad goes without
+  glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+  for (std::size_t i = 0; i < list.quads.size(); ++i) {
+    const auto dissolve =
+        i + 1 < list.quads.size() ? dissolveOf(list.quads[i], list.quads[i + 1]) : std::nullopt;
+    if (dissolve && isReady(*dissolve->lower) && isReady(*dissolve->upper)) {
+      draw(*dissolve);
+      ++i;
+    } else {
+      drawQuad(list.quads[i]);
+    }
+  }
+}
+
+void Renderer::drawQuad(const Quad& quad) {
+  std::visit([this](const auto& one) { draw(one); }, quad);
+}
+
+void Renderer::draw(const PictureQuad& quad) {
+  if (!isReady(quad)) return;
+  picture_.use();
+  setPicture(picture_, kOnlyPicture, 0, quad);
+  drawRect(picture_, toPixels(quad.frame), kEdgeMargin);
+}
+
+void Renderer::draw(const ColorQuad& quad) {
+  const RectPx rect = toPixels(quad.frame);
+  color_.use();
+  setRect(color_.uniform("rect"), rect);
+  setColor(color_.uniform("color"), quad.color, quad.opacity);
+  drawRect(color_, rect, kEdgeMargin);
+}
+
+void Renderer::draw(const ShadowQuad& quad) {
+  const double deviation =
+      std::max(kLeastDeviationPx, quad.radius * std::sqrt(pixelsAPointX_ * pixelsAPointY_));
+  const RectPx rect = toPixels(quad.rect);
+  shadow_.use();
+  setRect(shadow_.uniform("rect"), rect);
+  setColor(shadow_.uniform("color"), quad.color, quad.opacity);
+  glUniform1f(shadow_.uniform("deviation"), static_cast<float>(deviation));
+  drawRect(shadow_, rect, deviation * kShadowReach + kEdgeMargin);
+}
+
+void Renderer::draw(const Dissolve& dissolve) {
+  const RectPx lower = toPixels(dissolve.lower->frame);
+  const RectPx upper = toPixels(dissolve.upper->frame);
+  dissolve_.use();
+  setPicture(dissolve_, kOnlyPicture, 0, *dissolve.lower);
+  setPicture(dissolve_, kUpperPicture, 1, *dissolve.upper);
+  const RectPx both{std::min(lower.left, upper.left), std::min(lower.bottom, upper.bottom),
+                    std::max(lower.right, upper.right), std::max(lower.top, upper.top)};
+  drawRect(dissolve_, both, kEdgeMargin);
+}
+
+Renderer::RectPx Renderer::toPixels(const RectPt& rect) const {
+  return {rect.origin.x * pixelsAPointX_, rect.origin.y * pixelsAPointY_,
+          (rect.origin.x + rect.size.width) * pixelsAPointX_,
+          (rect.origin.y + rect.size.height) * pixelsAPointY_};
+}
+
+void Renderer::setPicture(const ShaderProgram& program, const char* const (&names)[5], int unit,
+                          const PictureQuad& quad) {
+  const RectPx rect = toPixels(quad.frame);
+  const double width = rect.right - rect.left;
+  const double height = rect.top - rect.bottom;
+  const OrientationMap map = orientationMap(quad.contents->orientation());
+  glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
+  glBindTexture(GL_TEXTURE_2D, textures_.texture(quad.contents));
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, minFilter(quad.minification));
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+  glActiveTexture(GL_TEXTURE0);
+  glUniform1i(program.uniform(names[0]), unit);
+  setRect(program.uniform(names[1]), rect);
+  setMap(program.uniform(names[2]), map.along, rect.left, rect.bottom, width, height);
+  setMap(program.uniform(names[3]), map.across, rect.left, rect.bottom, width, height);
+  glUniform1f(program.uniform(names[4]), static_cast<float>(quad.opacity));
+}
+
+void Renderer::drawRect(const ShaderProgram& program, const RectPx& rect, double margin) {
+  const RectPx drawn{std::max(0.0, rect.left - margin), std::max(0.0, rect.bottom - margin),
+                     std::min<double>(framebuffer_.width, rect.right + margin),
+                     std::min<double>(framebuffer_.height, rect.top + margin)};
+  if (!(drawn.left < drawn.right && drawn.bottom < drawn.top)) return;
+  setRect(program.uniform("drawn"), drawn);
+  glUniform2f(program.uniform("target"), static_cast<float>(framebuffer_.width),
+              static_cast<float>(framebuffer_.height));
+  glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+  glEnable(GL_BLEND);
+}
+
+void Renderer::setRect(GLint uniform, const RectPx& rect) {
+  glUniform4f(uniform, static_cast<float>(rect.left), static_cast<float>(rect.bottom),
+              static_cast<float>(rect.right), static_cast<float>(rect.top));
+}
+
+void Renderer::abandon() {
+  textures_.abandon();
+  vertexArray_.abandon();
+  for (ShaderProgram* program : {&picture_, &color_, &shadow_, &dissolve_}) program->abandon();
+}
+
+}  // namespace lumivane
