@@ -1,9 +1,9 @@
 #include "compositor/render/FrameLoop.h"
 
 #include <chrono>
-#include <cstdio>
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "compositor/model/Evaluation.h"
 
@@ -36,8 +36,14 @@ Nanoseconds intervalOf(const GlSurface& surface) {
 
 }  // namespace
 
-FrameLoop::FrameLoop(GlSurface& surface, const Clock& clock, Log& log, SnapshotMailbox& mailbox)
-    : surface_(surface), clock_(clock), log_(log), mailbox_(mailbox), pacer_(intervalOf(surface)) {}
+FrameLoop::FrameLoop(GlSurface& surface, const Clock& clock, Log& log, SnapshotMailbox& mailbox,
+                     PainterMaker makePainter)
+    : surface_(surface),
+      clock_(clock),
+      log_(log),
+      mailbox_(mailbox),
+      makePainter_(std::move(makePainter)),
+      pacer_(intervalOf(surface)) {}
 
 void FrameLoop::run() {
   for (;;) {
@@ -79,7 +85,7 @@ FrameLoop::Next FrameLoop::turn(const SnapshotMailbox::News& news) {
     return Next::Retry;
   }
   contextMade_ = true;
-  if (!renderer_) renderer_ = std::make_unique<Renderer>(clock_);
+  if (!painter_) painter_ = makePainter_();
   const bool uploadsOnly = next_ == Next::Upload && !news.snapshot && !news.redraw;
   return uploadsOnly ? uploadOnly() : drawFrame();
 }
@@ -89,18 +95,18 @@ FrameLoop::Next FrameLoop::drawFrame() {
   const Seconds seen = mediaSeconds(pacer_.begin(clock_.now()));
   const DrawList list = evaluate(*snapshot_, seen);
   const bool moving = isMoving(*snapshot_, seen);
-  renderer_->textures().want(list.wanted);
-  const auto uploads = renderer_->textures().upload(moving ? kUploadWhileMoving : kUploadWhileStill);
-  renderer_->draw(list, surface_.sizePx());
+  painter_->want(list.wanted);
+  const auto uploads = painter_->upload(moving ? kUploadWhileMoving : kUploadWhileStill);
+  painter_->draw(list, surface_.sizePx());
   surface_.swapBuffers();
-  checkGl();
+  if (const auto failure = painter_->failure()) logOnce(*failure);
   if (moving) return Next::Frame;
   pacer_.rest();
   return uploads.pending ? Next::Upload : Next::Sleep;
 }
 
 FrameLoop::Next FrameLoop::uploadOnly() {
-  const auto uploads = renderer_->textures().upload(kUploadWhileStill);
+  const auto uploads = painter_->upload(kUploadWhileStill);
   if (uploads.shownBetter) return drawFrame();
   return uploads.pending ? Next::Upload : Next::Sleep;
 }
@@ -108,17 +114,9 @@ FrameLoop::Next FrameLoop::uploadOnly() {
 void FrameLoop::closeDown() {
   snapshot_.reset();
   if (!contextMade_) return;
-  if (!surface_.makeCurrent() && renderer_) renderer_->abandon();
-  renderer_.reset();
+  if (!surface_.makeCurrent() && painter_) painter_->abandon();
+  painter_.reset();
   surface_.doneCurrent();
-}
-
-void FrameLoop::checkGl() {
-  const GLenum error = glGetError();
-  if (error == GL_NO_ERROR) return;
-  char text[48];
-  std::snprintf(text, sizeof text, "GL error 0x%04X while drawing", static_cast<unsigned>(error));
-  logOnce(text);
 }
 
 void FrameLoop::logOnce(std::string_view failure) {

@@ -1,7 +1,7 @@
 // What the render thread does, frame by frame: one object made and used on that thread.
 //
 // Threads: render only.
-// Owns:    the renderer, and with it every GL object; the newest snapshot.
+// Owns:    the painter, and with it every GL object; the newest snapshot.
 // Units:   media time of the given clock.
 // Errors:  GL failures are logged once and leave the last frame standing; no exception leaves run().
 #pragma once
@@ -12,7 +12,7 @@
 
 #include "compositor/render/FramePacer.h"
 #include "compositor/render/GlSurface.h"
-#include "compositor/render/Renderer.h"
+#include "compositor/render/Painter.h"
 #include "compositor/render/SnapshotMailbox.h"
 #include "platform/Clock.h"
 #include "platform/Log.h"
@@ -21,7 +21,8 @@ namespace lumivane {
 
 class FrameLoop {
  public:
-  FrameLoop(GlSurface& surface, const Clock& clock, Log& log, SnapshotMailbox& mailbox);
+  FrameLoop(GlSurface& surface, const Clock& clock, Log& log, SnapshotMailbox& mailbox,
+            PainterMaker makePainter);
 
   // Returns when the mailbox is stopped, with all GL objects freed and the context given back.
   void run();
@@ -41,17 +42,17 @@ class FrameLoop {
   [[nodiscard]] Next uploadOnly();
   void closeDown();
   void logOnce(std::string_view failure);
-  void checkGl();
 
   // Constant after construction.
   GlSurface& surface_;
   const Clock& clock_;
   Log& log_;
   SnapshotMailbox& mailbox_;
+  PainterMaker makePainter_;
 
   FramePacer pacer_;
   std::shared_ptr<const FrameSnapshot> snapshot_;
-  std::unique_ptr<Renderer> renderer_;
+  std::unique_ptr<Painter> painter_;
   bool contextMade_ = false;
   bool failureLogged_ = false;
   Next next_ = Next::Sleep;

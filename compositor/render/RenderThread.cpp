@@ -6,13 +6,18 @@
 #include <utility>
 
 #include "compositor/render/FrameLoop.h"
+#include "compositor/render/Renderer.h"
 
 namespace lumivane {
 
 RenderThread::RenderThread(GlSurface& surface, const Clock& clock, Log& log)
+    : RenderThread(surface, clock, log, [&clock] { return std::make_unique<Renderer>(clock); }) {}
+
+RenderThread::RenderThread(GlSurface& surface, const Clock& clock, Log& log, PainterMaker makePainter)
     : surface_(surface),
       clock_(clock),
       log_(log),
+      makePainter_(std::move(makePainter)),
       thread_([this](const std::stop_token& stop) { run(stop); }) {}
 
 RenderThread::~RenderThread() = default;
@@ -28,7 +33,7 @@ void RenderThread::setExposed(bool exposed) {
 void RenderThread::run(const std::stop_token& stop) {
   const std::stop_callback wake(stop, [this] { mailbox_.stop(); });
   try {
-    FrameLoop(surface_, clock_, log_, mailbox_).run();
+    FrameLoop(surface_, clock_, log_, mailbox_, makePainter_).run();
   } catch (const std::exception& failure) {
     log_.error("The render thread ended: " + std::string(failure.what()));
   } catch (...) {

@@ -13,6 +13,7 @@
 
 #include "compositor/model/LayerSnapshot.h"
 #include "compositor/render/GlSurface.h"
+#include "compositor/render/Painter.h"
 #include "compositor/render/SnapshotMailbox.h"
 #include "platform/Clock.h"
 #include "platform/Log.h"
@@ -23,6 +24,8 @@ class RenderThread {
  public:
   // The surface, the clock and the log must outlive the thread. GL is first touched after setExposed(true).
   RenderThread(GlSurface& surface, const Clock& clock, Log& log);
+  // The same with another painter in place of the renderer.
+  RenderThread(GlSurface& surface, const Clock& clock, Log& log, PainterMaker makePainter);
   // Stops and joins; the surface's context is free afterwards.
   ~RenderThread();
   RenderThread(const RenderThread&) = delete;
@@ -43,6 +46,7 @@ class RenderThread {
   GlSurface& surface_;
   const Clock& clock_;
   Log& log_;
+  PainterMaker makePainter_;
 
   SnapshotMailbox mailbox_;
   std::jthread thread_;  // last: ends before what it uses

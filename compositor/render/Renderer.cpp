@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <stdexcept>
 #include <variant>
 
@@ -161,6 +162,14 @@ void Renderer::drawRect(const ShaderProgram& program, const RectPx& rect, double
 void Renderer::setRect(GLint uniform, const RectPx& rect) {
   glUniform4f(uniform, static_cast<float>(rect.left), static_cast<float>(rect.bottom),
               static_cast<float>(rect.right), static_cast<float>(rect.top));
+}
+
+std::optional<std::string> Renderer::failure() {
+  const GLenum error = glGetError();
+  if (error == GL_NO_ERROR) return std::nullopt;
+  char text[32];
+  std::snprintf(text, sizeof text, "GL error 0x%04X", static_cast<unsigned>(error));
+  return text;
 }
 
 void Renderer::abandon() {

@@ -9,23 +9,23 @@
 
 #include "compositor/model/Dissolve.h"
 #include "compositor/model/DrawList.h"
+#include "compositor/render/Painter.h"
 #include "compositor/render/Shaders.h"
 #include "compositor/render/TextureStore.h"
 
 namespace lumivane {
 
-class Renderer {
+class Renderer final : public Painter {
  public:
   // The clock measures how long uploads take.
   explicit Renderer(const Clock& clock);
 
-  [[nodiscard]] TextureStore& textures() { return textures_; }
-
+  void want(std::span<const WantedTexture> wanted) override { textures_.want(wanted); }
+  UploadProgress upload(Nanoseconds budget) override { return textures_.upload(budget); }
   // A picture whose texture is not there yet is left out.
-  void draw(const DrawList& list, SizePx framebuffer);
-
-  // Gives all GL objects up without freeing them: their context is lost.
-  void abandon();
+  void draw(const DrawList& list, SizePx framebuffer) override;
+  [[nodiscard]] std::optional<std::string> failure() override;
+  void abandon() override;
 
  private:
   struct RectPx {

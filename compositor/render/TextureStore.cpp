@@ -55,8 +55,8 @@ std::unique_ptr<TextureUpload> TextureStore::begin(const BitmapRef& bitmap, std:
   return std::make_unique<TextureUpload>(bitmap, level, std::move(recycled));
 }
 
-TextureStore::Progress TextureStore::upload(Nanoseconds budget) {
-  Progress progress;
+UploadProgress TextureStore::upload(Nanoseconds budget) {
+  UploadProgress progress;
   const MediaTime begun = clock_.now();
   while (uploadSlice(progress) && clock_.now() - begun < budget) {
   }
@@ -64,7 +64,7 @@ TextureStore::Progress TextureStore::upload(Nanoseconds budget) {
   return progress;
 }
 
-bool TextureStore::uploadSlice(Progress& progress) {
+bool TextureStore::uploadSlice(UploadProgress& progress) {
   Picture* picture = mostUrgent();
   if (picture == nullptr) return false;
   auto& upload = isPending(picture->current) ? picture->current : picture->larger;

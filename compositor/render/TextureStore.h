@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "compositor/model/DrawList.h"
+#include "compositor/render/Painter.h"
 #include "compositor/render/TextureUpload.h"
 #include "platform/Clock.h"
 
@@ -24,13 +25,9 @@ class TextureStore {
   // What is wanted from now on; what is not wanted any more is freed.
   void want(std::span<const WantedTexture> wanted);
 
-  struct Progress {
-    bool pending = false;      // there is more to send
-    bool shownBetter = false;  // a texture that is shown has become usable or more detailed
-  };
   // Sends slices until the budget is used up or all is sent; at least one slice. What is shown comes first, and of
   // that, what cannot be drawn at all yet.
-  Progress upload(Nanoseconds budget);
+  UploadProgress upload(Nanoseconds budget);
 
   // The texture to draw a bitmap with; 0 = none yet.
   [[nodiscard]] GLuint texture(const BitmapRef& bitmap) const;
@@ -51,7 +48,7 @@ class TextureStore {
   void want(const WantedTexture& texture);
   [[nodiscard]] std::unique_ptr<TextureUpload> begin(const BitmapRef& bitmap, std::size_t level);
   // Sends one slice of the most urgent picture; false when there is none.
-  bool uploadSlice(Progress& progress);
+  bool uploadSlice(UploadProgress& progress);
   [[nodiscard]] Picture* mostUrgent();
   void dropUnwanted(std::span<const WantedTexture> wanted);
   void keepSpare(std::unique_ptr<TextureUpload> upload);
