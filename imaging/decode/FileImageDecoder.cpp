@@ -1,0 +1,113 @@
+#include "imaging/decode/FileImageDecoder.h"
+
+#include <utility>
+
+#include "imaging/decode/BmpCodec.h"
+#include "imaging/decode/HeifTurn.h"
+#include "imaging/decode/JpegCodec.h"
+#include "imaging/decode/JxlBoxes.h"
+#include "imaging/decode/PictureFile.h"
+#include "imaging/decode/PictureMetadata.h"
+#include "imaging/decode/PictureType.h"
+#include "imaging/decode/RawCodec.h"
+#include "imaging/decode/VipsCodec.h"
+
+namespace lumivane {
+
+namespace {
+
+OpenedCodec openTiff(const PictureFile& file) {
+  if (mayBeCameraRaw(file)) {
+    OpenedCodec raw = openRawCodec(file);
+    if (raw.status != ImageSourceStatus::UnknownType) return raw;
+  }
+  return openVipsCodec(file, PictureType::Tiff, std::nullopt);
+}
+
+OpenedCodec openJpeg(const PictureFile& file) {
+  OpenedCodec opened = openJpegCodec(file);
+  if (opened.codec || opened.status != ImageSourceStatus::Complete) return opened;
+  return openVipsCodec(file, PictureType::Jpeg, std::nullopt);
+}
+
+OpenedCodec openCodec(const PictureFile& file, PictureType type) {
+  switch (type) {
+    case PictureType::Unknown:
+      break;
+    case PictureType::Jpeg:
+      return openJpeg(file);
+    case PictureType::Tiff:
+      return openTiff(file);
+    case PictureType::Bmp:
+      return openBmpCodec(file);
+    case PictureType::CameraRaw:
+      return openRawCodec(file);
+    case PictureType::Heif:
+      return openVipsCodec(file, type, heifTurnOf(file));
+    case PictureType::Jxl:
+      return openVipsCodec(file, type, jxlTurnOf(file).value_or(1));
+    case PictureType::Jp2:
+      return openVipsCodec(file, type, 1);
+    case PictureType::Png:
+    case PictureType::Gif:
+    case PictureType::WebP:
+      return openVipsCodec(file, type, std::nullopt);
+  }
+  return {nullptr, ImageSourceStatus::UnknownType};
+}
+
+class FileImageSource final : public ImageSource {
+ public:
+  FileImageSource(PictureFile file, std::shared_ptr<PixelPool> pool)
+      : file_(std::move(file)), pool_(std::move(pool)) {
+    if (file_.size() == 0) {
+      opened_.status = ImageSourceStatus::UnexpectedEnd;
+      return;
+    }
+    type_ = pictureTypeOf(file_.read(0, kTypeBytes));
+    opened_ = openCodec(file_, type_);
+  }
+
+  ImageSourceStatus status() const override { return opened_.status; }
+
+  std::optional<PropertyDictionary> properties() override {
+    if (!opened_.codec) return std::nullopt;
+    if (!properties_) {
+      properties_ = readPictureMetadata(file_, type_);
+      const PictureHeader& header = opened_.codec->header();
+      properties_->pixelWidth = header.size.width;
+      properties_->pixelHeight = header.size.height;
+      if (header.ownTurn) properties_->orientation = header.ownTurn;
+    }
+    return properties_;
+  }
+
+  BitmapRef thumbnail(int maxPixelSize) override {
+    if (!opened_.codec || maxPixelSize < 1 || !isDecodableSize(opened_.codec->header().size)) return nullptr;
+    const OrientationCode stored = properties()->orientation.value_or(1);
+    return opened_.codec->decode(*pool_, maxPixelSize, stored >= 1 && stored <= 8 ? stored : 1);
+  }
+
+ private:
+  PictureFile file_;
+  std::shared_ptr<PixelPool> pool_;
+  PictureType type_ = PictureType::Unknown;
+  OpenedCodec opened_;  // refers to file_
+  std::optional<PropertyDictionary> properties_;
+};
+
+}  // namespace
+
+FileImageDecoder::FileImageDecoder(PixelPool::Limits limits) : pool_(std::make_shared<PixelPool>(limits)) {}
+
+std::unique_ptr<ImageSource> FileImageDecoder::open(const std::string& path) {
+  auto file = PictureFile::open(path);
+  if (!file) return nullptr;
+  return std::make_unique<FileImageSource>(std::move(*file), pool_);
+}
+
+void FileImageDecoder::trim() {
+  pool_->trim();
+}
+
+}  // namespace lumivane

@@ -1,0 +1,31 @@
+// Opens picture files of every type that is shown: JPEG, PNG, GIF, TIFF, WebP, HEIF (HEIC, AVIF), JPEG XL, JPEG 2000,
+// BMP and camera raw. The type is told by the content. Of animations and of several pages it is the first picture.
+//
+// Threads: any; pictures may be opened and decoded on several threads at once.
+// Owns:    the pool of pixel buffers; decoded pictures may outlive it.
+// Units:   pixels.
+// Errors:  see ImageDecoder.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "imaging/ImageDecoder.h"
+#include "imaging/decode/PixelPool.h"
+
+namespace lumivane {
+
+class FileImageDecoder final : public ImageDecoder {
+ public:
+  explicit FileImageDecoder(PixelPool::Limits limits = {});
+
+  [[nodiscard]] std::unique_ptr<ImageSource> open(const std::string& path) override;
+
+  // Frees the buffers that wait for the next picture, for when memory is short.
+  void trim();
+
+ private:
+  std::shared_ptr<PixelPool> pool_;
+};
+
+}  // namespace lumivane

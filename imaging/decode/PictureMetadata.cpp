@@ -1,0 +1,62 @@
+#include "imaging/decode/PictureMetadata.h"
+
+#include <exiv2/exiv2.hpp>
+
+#include <mutex>
+
+#include "imaging/decode/ExivFileIo.h"
+#include "imaging/decode/JxlBoxes.h"
+#include "imaging/decode/MetadataItems.h"
+
+namespace lumivane {
+
+namespace {
+
+std::mutex& exivMutex() {
+  static std::mutex mutex;
+  return mutex;
+}
+
+void startExivOnce() {
+  static const bool started = [] {
+    Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+    Exiv2::enableBMFF(true);
+    return Exiv2::XmpParser::initialize();
+  }();
+  (void)started;  // Without XMP the rest is still worth reading.
+}
+
+// Exiv2 0.27 knows nothing of JPEG XL's container, but it can read what lies in its boxes.
+PropertyDictionary fromJxl(const PictureFile& file) {
+  const JxlMetadata boxes = jxlMetadataOf(file);
+  Exiv2::ExifData exif;
+  Exiv2::IptcData iptc;
+  Exiv2::XmpData xmp;
+  if (!boxes.exif.empty()) {
+    Exiv2::ExifParser::decode(exif, reinterpret_cast<const Exiv2::byte*>(boxes.exif.data()),
+                              static_cast<std::uint32_t>(boxes.exif.size()));
+  }
+  if (!boxes.xmp.empty()) (void)Exiv2::XmpParser::decode(xmp, boxes.xmp);
+  return metadataItems(exif, iptc, xmp);
+}
+
+PropertyDictionary fromFile(const PictureFile& file) {
+  auto image = Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new ExivFileIo(file)));
+  if (image.get() == nullptr) return {};
+  image->readMetadata();
+  return metadataItems(image->exifData(), image->iptcData(), image->xmpData());
+}
+
+}  // namespace
+
+PropertyDictionary readPictureMetadata(const PictureFile& file, PictureType type) {
+  const std::lock_guard lock(exivMutex());
+  try {
+    startExivOnce();
+    return type == PictureType::Jxl ? fromJxl(file) : fromFile(file);
+  } catch (const std::exception&) {  // Exiv2::AnyError among them
+    return {};
+  }
+}
+
+}  // namespace lumivane

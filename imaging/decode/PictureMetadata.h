@@ -1,0 +1,18 @@
+// Reads what a picture file says about the picture: Exif, IPTC and XMP, through Exiv2.
+//
+// Threads: any; files are read one after the other, because Exiv2's XMP toolkit is not made for threads.
+// Owns:    nothing.
+// Units:   degrees without sign.
+// Errors:  none; what is absent, damaged or absurd is absent from the result.
+#pragma once
+
+#include "imaging/PropertyDictionary.h"
+#include "imaging/decode/PictureFile.h"
+#include "imaging/decode/PictureType.h"
+
+namespace lumivane {
+
+// Everything but the pixel sizes, which the decoder knows better.
+[[nodiscard]] PropertyDictionary readPictureMetadata(const PictureFile& file, PictureType type);
+
+}  // namespace lumivane
