@@ -213,7 +213,8 @@ void DirectoryWalk::askForFolder(const std::string& alias, const std::string& fo
   log_.information("Getting permission for alias: " + printable(alias));
   log_.information("   pointing to: " + printable(folder));
   const PermissionAnswer answer =
-      request_.askPermission ? request_.askPermission(folder) : PermissionAnswer{};
+      request_.askPermission ? request_.askPermission(folder, stop_.get_token()) : PermissionAnswer{};
+  if (stopWanted()) return;
   if (answer.response != kUserConfirmed) {
     log_.information("   user denied (response = " + std::to_string(answer.response) + ")");
     return;

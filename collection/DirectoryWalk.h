@@ -37,10 +37,10 @@ inline constexpr long kUserConfirmed = 1;
 using AskPermission = std::function<PermissionAnswer(const std::string& folder, std::stop_token stop)>;
 
 struct WalkRequest {
-  std::string mainDirectoryLocation;      // an absolute path
-  std::uint32_t excludekB = 0;            // files of this size and smaller ones are left out
-  std::vector<std::string> skipPatterns;  // regular expressions over whole paths
-  AskPermission askPermission;            // absent: every question is answered with no
+  std::string mainDirectoryLocation{};      // an absolute path
+  std::uint32_t excludekB = 0;              // files of this size and smaller ones are left out
+  std::vector<std::string> skipPatterns{};  // regular expressions over whole paths
+  AskPermission askPermission{};            // absent: every question is answered with no
 };
 
 struct WalkResult {

@@ -52,7 +52,7 @@ std::string parentOf(const std::string& path) {
 }
 
 std::string below(const std::string& folder, std::string_view name) {
-  return (folder == "/" ? "" : folder).append(1, '/').append(name);
+  return std::string(folder == "/" ? "" : folder).append(1, '/').append(name);
 }
 
 struct CloseDirectory {

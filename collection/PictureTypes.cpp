@@ -14,7 +14,7 @@ using PackedExtension = std::uint64_t;
 constexpr std::size_t kLongestExtension = 5;
 
 constexpr PackedExtension packed(std::string_view extension) {
-  PackedExtension result = 0;
+  PackedExtension result = 1;  // so that leading zero bytes count
   for (const char c : extension) {
     const bool upper = c >= 'A' && c <= 'Z';
     result = (result << 8) | static_cast<std::uint8_t>(upper ? c - 'A' + 'a' : c);
