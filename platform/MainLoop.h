@@ -32,7 +32,8 @@ class MainLoop {
   virtual void after(Nanoseconds delay, Job job) = 0;
 
   // Runs the job every interval, late by at most the tolerance when the loop is free.
-  [[nodiscard]] virtual std::unique_ptr<Timer> every(Nanoseconds interval, Nanoseconds tolerance, Job job) = 0;
+  [[nodiscard]] virtual std::unique_ptr<Timer> every(Nanoseconds interval, Nanoseconds tolerance,
+                                                     Job job) = 0;
 };
 
 }  // namespace lumivane

@@ -36,12 +36,14 @@ class PropertyList {
 
   PropertyList() : value_(PropertyListDictionary{}) {}
   template <typename T>
-    requires(!std::is_same_v<std::remove_cvref_t<T>, PropertyList>)
-  PropertyList(T value) : value_(std::move(value)) {}  // NOLINT(google-explicit-constructor): a list of values reads as one
+  requires(!std::is_same_v<std::remove_cvref_t<T>, PropertyList>) PropertyList(T value)
+      : value_(std::move(value)) {}  // NOLINT(google-explicit-constructor): a list of values reads as one
 
   // The value if it is of that very type, else nullptr.
   template <typename T>
-  [[nodiscard]] const T* as() const { return std::get_if<T>(&value_); }
+  [[nodiscard]] const T* as() const {
+    return std::get_if<T>(&value_);
+  }
   [[nodiscard]] const Value& value() const { return value_; }
   bool operator==(const PropertyList&) const = default;
 

@@ -21,8 +21,9 @@ struct Done {};
 template <typename T>
 class [[nodiscard]] Result {
  public:
-  Result(T value) : outcome_(std::move(value)) {}          // NOLINT(google-explicit-constructor): `return value;`
-  Result(Error error) : outcome_(std::move(error)) {}      // NOLINT(google-explicit-constructor): `return Error{...};`
+  Result(T value) : outcome_(std::move(value)) {}  // NOLINT(google-explicit-constructor): `return value;`
+  Result(Error error)
+      : outcome_(std::move(error)) {}  // NOLINT(google-explicit-constructor): `return Error{...};`
 
   [[nodiscard]] bool ok() const { return std::holds_alternative<T>(outcome_); }
   explicit operator bool() const { return ok(); }

@@ -28,7 +28,7 @@ struct TextStyle {
 };
 
 struct TextMeasure {
-  SizePt size;                      // what the fitting text takes up
+  SizePt size;                        // what the fitting text takes up
   std::size_t fittingUtf16Units = 0;  // how much of the text fits
 };
 
@@ -40,7 +40,8 @@ class TextRenderer {
   [[nodiscard]] virtual bool fontAvailable() const = 0;
 
   // Sets the text into a box and tells what fits.
-  [[nodiscard]] virtual TextMeasure measure(std::string_view utf8, const TextStyle& style, SizePt box) const = 0;
+  [[nodiscard]] virtual TextMeasure measure(std::string_view utf8, const TextStyle& style,
+                                            SizePt box) const = 0;
 
   // The text as pixels on a transparent ground, for a layer of the given size, at `scale` device pixels a point.
   [[nodiscard]] virtual BitmapRef render(std::string_view utf8, const TextStyle& style, SizePt size,

@@ -54,7 +54,15 @@ void QtMainLoop::after(Nanoseconds delay, Job job) {
     const Nanoseconds rest = delay - kLongestTimer;
     return after(kLongestTimer, [this, rest, job = std::move(job)] { after(rest, job); });
   }
-  QTimer::singleShot(whole, Qt::PreciseTimer, &receiver_, [this, job = std::move(job)] { perform(job); });
+  auto* timer =
+      new QTimer(&receiver_);  // not QTimer::singleShot(): that one keeps its job beyond the receiver's end
+  timer->setSingleShot(true);
+  timer->setTimerType(Qt::PreciseTimer);
+  QObject::connect(timer, &QTimer::timeout, &receiver_, [this, timer, job = std::move(job)] {
+    timer->deleteLater();
+    perform(job);
+  });
+  timer->start(whole);
 }
 
 std::unique_ptr<Timer> QtMainLoop::every(Nanoseconds interval, Nanoseconds tolerance, Job job) {

@@ -45,8 +45,7 @@ QFont fontFor(const TextStyle& style, const QString& family) {
   if (style.styled && !family.isEmpty())
     return typesettingFont(QFont(family), style.fontSizePt, style.kerningPt);
   const QFont plain = QGuiApplication::font();
-  const double size = plain.pointSizeF() > 0 ? plain.pointSizeF() : plain.pixelSize();
-  return typesettingFont(plain, size, 0);
+  return typesettingFont(plain, QFontInfo(plain).pixelSize(), 0);
 }
 
 QColor colorFor(const TextStyle& style) {

@@ -1,28 +1,18 @@
 #include "platform/linux/QtTypesetting.h"
 
 #include <QFontMetricsF>
-#include <QImage>
 #include <QPainter>
 #include <QTextBoundaryFinder>
 #include <QTextOption>
 #include <algorithm>
+#include <cmath>
 
 namespace lumivane {
 namespace {
 
 constexpr double kWithoutEnd = 1e6;  // points; wider than any line, and exact in Qt's fixed-point layout
 constexpr double kRoundingPt = 1e-3;
-
-// Something to set text for on which a point is a pixel.
-const QImage& pointDevice() {
-  static const QImage device = [] {
-    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
-    image.setDotsPerMeterX(qRound(72 / 0.0254));
-    image.setDotsPerMeterY(qRound(72 / 0.0254));
-    return image;
-  }();
-  return device;
-}
+constexpr double kLargestFont = 2000;  // points
 
 // The beginning of a paragraph, cut between two characters.
 QString shapeable(const QString& paragraph) {
@@ -43,9 +33,11 @@ QTextOption optionsFor(LineBreakMode mode) {
 
 }  // namespace
 
-QFont typesettingFont(const QFont& family, double sizePt, double kerningPt) {
-  QFont font(family, &pointDevice());
-  font.setPointSizeF(std::max(sizePt, 1.0));
+QFont typesettingFont(QFont font, double sizePt, double kerningPt) {
+  // In pixels, of which there is one a point here. A resolution of our own would do as well, were it not that Qt 6.4
+  // then rounds the letter spacing down to nothing.
+  font.setPixelSize(
+      std::isfinite(sizePt) ? static_cast<int>(std::clamp(std::round(sizePt), 1.0, kLargestFont)) : 1);
   font.setHintingPreference(QFont::PreferNoHinting);
   // Coloured fringes are for opaque grounds only.
   font.setStyleStrategy(
@@ -55,7 +47,7 @@ QFont typesettingFont(const QFont& family, double sizePt, double kerningPt) {
 }
 
 QtTypesetting::QtTypesetting(const QString& text, const QFont& font, LineBreakMode mode, SizePt box)
-    : font_(font), mode_(mode), box_(box), plainLineHeight_(QFontMetricsF(font, &pointDevice()).height()) {
+    : font_(font), mode_(mode), box_(box), plainLineHeight_(QFontMetricsF(font).height()) {
   for (qsizetype start = 0; start <= text.size();) {
     const qsizetype end = text.indexOf(u'\n', start);
     const bool last = end < 0;
@@ -70,7 +62,7 @@ bool QtTypesetting::setParagraph(const QString& paragraph, bool last) {
   const bool whole = shaped.size() == paragraph.size();
   // Only "\n" ends a line here.
   shaped.replace(QChar::LineSeparator, u' ').replace(QChar::ParagraphSeparator, u' ').replace(u'\r', u' ');
-  auto layout = std::make_unique<QTextLayout>(shaped, font_, &pointDevice());
+  auto layout = std::make_unique<QTextLayout>(shaped, font_);
   layout->setTextOption(optionsFor(mode_));
   layout->setCacheEnabled(true);
   qsizetype set = 0;

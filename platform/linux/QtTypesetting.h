@@ -25,7 +25,7 @@ inline constexpr qsizetype kMaxParagraphUnits = 8192;
 
 class QtTypesetting {
  public:
-  // The font's size is in points of 1/72 inch, of which there is one a pixel (typesettingFont()).
+  // The font is one of typesettingFont().
   QtTypesetting(const QString& text, const QFont& font, LineBreakMode mode, SizePt box);
 
   [[nodiscard]] TextMeasure measure() const;
@@ -47,7 +47,8 @@ class QtTypesetting {
   qsizetype fittingUnits_ = 0;
 };
 
-// A font whose size in points is its size in layer points, whatever the display's resolution is said to be.
-[[nodiscard]] QFont typesettingFont(const QFont& family, double sizePt, double kerningPt);
+// The font in a size given in layer points (rounded to whole ones, as Qt does), whatever resolution the display is said
+// to have.
+[[nodiscard]] QFont typesettingFont(QFont font, double sizePt, double kerningPt);
 
 }  // namespace lumivane

@@ -1,0 +1,61 @@
+// The application around the slideshow: starts it in its window, forwards the window's life to it, ends it.
+//
+// Threads: main only.
+// Owns:    the window, the thread that draws into it, the controller of the view.
+// Units:   points.
+// Errors:  logged; only without a way to draw does the program not start.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/LaunchFlags.h"
+#include "app/LayerTreeCommit.h"
+#include "app/MasterViewController.h"
+#include "compositor/render/RenderThread.h"
+#include "platform/Result.h"
+#include "platform/Window.h"
+#include "platform/linux/QtGlSurface.h"
+#include "platform/linux/QtMainLoop.h"
+#include "platform/linux/SlideshowWindow.h"
+
+namespace lumivane {
+
+class AppDelegate final : public WindowListener {
+ public:
+  AppDelegate(const Host& host, QtMainLoop& mainLoop);
+  ~AppDelegate() override;
+
+  // All arguments of the process, the program's own path included.
+  void applicationWillFinishLaunching(const std::vector<std::string>& arguments);
+  // Opens the window and starts the show; fails when there is nothing to draw with.
+  [[nodiscard]] Result<Done> applicationDidFinishLaunching();
+
+  // WindowListener
+  void windowResized(SizePt content) override;
+  void windowLiveResizeEnded() override;
+  void windowExposed(bool exposed) override;
+  void windowMinimized(bool minimized) override;
+  void windowDisplayChanged(DisplayNumber display) override;
+  void windowScaleChanged(double scale) override;
+  void windowWillClose() override;
+  void keyDown(const KeyEvent& event) override;
+
+ private:
+  void moveToDisplay(DisplayNumber display);
+  void setAnimating(bool animating);
+
+  const Host host_;
+  QtMainLoop& mainLoop_;
+  LaunchFlags flags_;
+  MasterViewController masterViewController_;
+  std::unique_ptr<SlideshowWindow> window_;
+  std::unique_ptr<QtGlSurface> surface_;
+  std::unique_ptr<RenderThread> renderThread_;  // ends before the surface and the window
+  std::unique_ptr<LayerTreeCommit> commit_;
+  DisplayNumber display_ = 0;
+  bool animating_ = true;
+};
+
+}  // namespace lumivane

@@ -1,0 +1,37 @@
+#include "app/LayerTreeCommit.h"
+
+#include <algorithm>
+
+namespace lumivane {
+
+LayerTreeCommit::LayerTreeCommit(Layer& root, const HostWindow& window, RenderThread& renderThread,
+                                 const Clock& clock, MainLoop& mainLoop)
+    : root_(root), window_(window), renderThread_(renderThread), clock_(clock), mainLoop_(mainLoop) {}
+
+void LayerTreeCommit::commit() {
+  const Viewport viewport{window_.frame().size, window_.scale()};
+  if (committedRevision_ == root_.treeRevision() && committedViewport_ == viewport) return;
+  committedRevision_ = root_.treeRevision();
+  committedViewport_ = viewport;
+  renderThread_.publish(makeFrameSnapshot(root_, viewport.size, viewport.scale));
+  watchNextAnimationEnd();
+}
+
+void LayerTreeCommit::watchNextAnimationEnd() {
+  watch_.reset();
+  const Seconds now = mediaSeconds(clock_.now());
+  const std::optional<Seconds> end = root_.nextAnimationEnd(now);
+  if (!end) return;
+  watch_ = std::make_shared<bool>(true);
+  mainLoop_.after(std::max(wholeNanoseconds(*end - now), Nanoseconds{0}),
+                  [this, watch = std::weak_ptr(watch_)] {
+                    if (!watch.expired()) animationsMayHaveEnded();
+                  });
+}
+
+void LayerTreeCommit::animationsMayHaveEnded() {
+  root_.finishAnimations(mediaSeconds(clock_.now()));
+  watchNextAnimationEnd();
+}
+
+}  // namespace lumivane

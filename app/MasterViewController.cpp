@@ -1,0 +1,30 @@
+#include "app/MasterViewController.h"
+
+namespace lumivane {
+namespace {
+
+constexpr std::chrono::milliseconds kFrameInterval{20};
+constexpr std::chrono::milliseconds kFrameTolerance{100};
+
+}  // namespace
+
+MasterViewController::MasterViewController(const Host& host) : host_(host) {}
+
+void MasterViewController::viewDidLoad(RectPt frame) {
+  saver_ = LumivaneView::initWithFrame(frame, false, host_);
+  timer_ = host_.mainLoop.every(kFrameInterval, kFrameTolerance, [this] { saver_->animateOneFrame(); });
+}
+
+void MasterViewController::viewWillDisappear() {
+  timer_.reset();
+}
+
+void MasterViewController::viewWillMoveToWindow(HostWindow* window) {
+  saver_->viewWillMoveToWindow(window);
+}
+
+void MasterViewController::keyDown(const KeyEvent& event) {
+  saver_->keyDown(event);
+}
+
+}  // namespace lumivane

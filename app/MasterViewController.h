@@ -1,0 +1,36 @@
+// Makes the slideshow's view, drives it 50 times a second and hands it the keys.
+//
+// Threads: main only.
+// Owns:    the view and its timer.
+// Units:   points; seconds.
+// Errors:  none.
+#pragma once
+
+#include <memory>
+
+#include "engine/Host.h"
+#include "engine/LumivaneView.h"
+#include "platform/MainLoop.h"
+
+namespace lumivane {
+
+class MasterViewController {
+ public:
+  explicit MasterViewController(const Host& host);
+
+  // Makes the view for a window of this frame and starts its heartbeat.
+  void viewDidLoad(RectPt frame);
+  // Ends the heartbeat for good.
+  void viewWillDisappear();
+  void viewWillMoveToWindow(HostWindow* window);
+  void keyDown(const KeyEvent& event);
+
+  [[nodiscard]] LumivaneView& saver() { return *saver_; }
+
+ private:
+  const Host host_;
+  std::unique_ptr<LumivaneView> saver_;
+  std::unique_ptr<Timer> timer_;  // ends before the view that it drives
+};
+
+}  // namespace lumivane

@@ -1,0 +1,91 @@
+// The program: makes everything that the slideshow stands on, in order, and hands control to the main loop.
+#include <QApplication>
+#include <QIcon>
+#include <QSysInfo>
+#include <QVersionNumber>
+#include <csignal>
+#include <iostream>
+
+#include "app/AppDelegate.h"
+#include "app/Version.h"
+#include "imaging/decode/FileImageDecoder.h"
+#include "platform/linux/DisplayServer.h"
+#include "platform/linux/Environment.h"
+#include "platform/linux/PosixFiles.h"
+#include "platform/linux/ProcFreeMemory.h"
+#include "platform/linux/QtDisplays.h"
+#include "platform/linux/QtMainLoop.h"
+#include "platform/linux/QtTextRenderer.h"
+#include "platform/linux/SystemClock.h"
+#include "platform/linux/SystemLog.h"
+#include "platform/linux/ThreadSerialQueues.h"
+#include "platform/linux/XdgUserFolders.h"
+#include "settings/SettingsStore.h"
+
+namespace {
+
+using namespace lumivane;
+
+SystemVersion systemVersion() {
+  const QVersionNumber version = QVersionNumber::fromString(QSysInfo::productVersion());
+  return {version.majorVersion(), version.minorVersion(), version.microVersion()};
+}
+
+int fail(Log& log, const std::string& message) {
+  log.error(message);
+  std::cerr << "LumivaneApp: " << message << '\n';
+  return 1;
+}
+
+int runSlideshow(QApplication& application, const std::vector<std::string>& arguments,
+                 const Environment& environment, const Clock& clock, Log& log) {
+  PosixFiles files;
+  const UserFolders folders = xdgUserFolders(environment, files);
+  SettingsStore settings(files, log, folders.config);
+  ThreadSerialQueues queues(log);
+  QtDisplays displays;
+  QtTextRenderer text;
+  FileImageDecoder decoder(log);
+  TwisterRandom random;
+  ProcFreeMemory memory;
+  SharedTables tables;
+  QtMainLoop mainLoop(log);
+  const Host host{clock,
+                  mainLoop,
+                  queues,
+                  log,
+                  displays,
+                  settings,
+                  files,
+                  decoder,
+                  random,
+                  memory,
+                  text,
+                  tables,
+                  folders,
+                  {kShortVersion, kBuildNumber},
+                  systemVersion(),
+                  PhotosAuthorization::Authorized};
+  AppDelegate delegate(host, mainLoop);
+  delegate.applicationWillFinishLaunching(arguments);
+  if (const auto started = delegate.applicationDidFinishLaunching(); !started)
+    return fail(log, started.error());
+  return application.exec();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[], char* environmentEntries[]) {
+  std::signal(SIGPIPE, SIG_IGN);  // whoever reads the log may go; the show stays
+  const std::vector<std::string> arguments(argv, argv + argc);
+  const Environment environment = environmentFrom(environmentEntries);
+  const SystemClock clock;
+  const std::unique_ptr<Log> log = makeSystemLog(environment, clock);
+  if (!displayServerReachable(environment))
+    return fail(*log, "There is no display server to show pictures on.");
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("Lumivane");
+  QApplication::setDesktopFileName("de.orvik.LumivaneApp");
+  QApplication::setApplicationVersion(kShortVersion);
+  return runSlideshow(application, arguments, environment, clock, *log);
+}

@@ -1,0 +1,68 @@
+// Everything that the view asks of the world around it: the one way in which it reaches a clock, a file or a screen.
+//
+// Threads: main only; what may be used from elsewhere says so in its own header.
+// Owns:    nothing; all that it refers to outlives the view.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "imaging/ImageDecoder.h"
+#include "platform/Clock.h"
+#include "platform/Displays.h"
+#include "platform/Files.h"
+#include "platform/FreeMemory.h"
+#include "platform/Log.h"
+#include "platform/MainLoop.h"
+#include "platform/RandomSource.h"
+#include "platform/SerialQueue.h"
+#include "platform/TextRenderer.h"
+#include "platform/UserFolders.h"
+#include "platform/Window.h"
+#include "settings/SettingsStore.h"
+
+namespace lumivane {
+
+// What all views of one process share.
+struct SharedTables {
+  // A key handled by one view is left here for every other display, whose view plays it back.
+  std::map<DisplayNumber, KeyEvent> pendingKeyEventsByDisplay;
+  // The path of the picture that each display shows now.
+  std::map<DisplayNumber, std::string> shownFileByDisplay;
+};
+
+struct ProgramVersion {
+  std::string shortVersion;  // empty = not known
+  std::string build;         // empty = not known
+};
+
+struct SystemVersion {
+  long majorNumber = 0;
+  long minorNumber = 0;
+  long patchNumber = 0;
+};
+
+// Whether the user lets us read the photo library.
+enum class PhotosAuthorization { NotDetermined = 0, Restricted = 1, Denied = 2, Authorized = 3 };
+
+struct Host {
+  const Clock& clock;
+  MainLoop& mainLoop;
+  SerialQueues& queues;
+  Log& log;
+  const Displays& displays;
+  SettingsStore& settings;
+  Files& files;
+  ImageDecoder& decoder;  // used on the prefetch queue as well
+  RandomSource& random;
+  const FreeMemory& memory;
+  const TextRenderer& text;
+  SharedTables& tables;
+  UserFolders folders;  // an empty data folder: there is no application-support folder
+  ProgramVersion programVersion;
+  SystemVersion systemVersion;
+  PhotosAuthorization photosAuthorization = PhotosAuthorization::Authorized;
+};
+
+}  // namespace lumivane

@@ -1,0 +1,101 @@
+// The keys that steer the show. What a key does to this view it leaves for the views of all other displays as well.
+#include "engine/LumivaneView.h"
+#include "imaging/InformationText.h"
+
+namespace lumivane {
+namespace {
+
+constexpr const char* kInfoComesLater = "... info will be provided with next image, if available ...";
+
+}  // namespace
+
+void LumivaneView::keyDown(const KeyEvent& event) {
+  if (actOnKey(event)) forwardToOtherDisplays(event);
+}
+
+bool LumivaneView::actOnKey(const KeyEvent& event) {
+  switch (event.character) {
+    case kUpArrowCharacter:
+    case kLeftArrowCharacter:
+      stepBack();
+      return true;
+    case kDownArrowCharacter:
+    case kRightArrowCharacter:
+      stepForward();
+      return true;
+    case U' ':
+      paused_ = !paused_;
+      refreshTextLayer();
+      return true;
+    case U'h':
+      help_layer_->edit([](LayerProperties& p) { p.hidden = !p.hidden; });
+      return true;
+    case U'i':
+      muteTextDisplay_ = !muteTextDisplay_;
+      rewriteInformationLine();
+      return true;
+    case U'b':
+      toggleBlankScreen();
+      return true;
+    case U'z':
+      return togglePauseZooming();
+    case U'f':
+      if (window_ != nullptr) window_->toggleFullScreen();
+      startNewCycle();
+      return true;
+    case kEscapeCharacter:
+      if (window_ != nullptr && window_->isFullScreen()) {
+        window_->toggleFullScreen();
+        startNewCycle();
+      }
+      return true;
+    default:
+      return true;
+  }
+}
+
+void LumivaneView::forwardToOtherDisplays(const KeyEvent& event) {
+  for (const DisplayNumber display : allScreenIDs_) {
+    if (display != displayID_) host_.tables.pendingKeyEventsByDisplay[display] = event;
+  }
+}
+
+// With nothing to step back to this simply moves on to the next picture.
+void LumivaneView::stepBack() {
+  if (history_.stepBack()) displayImageFromHistory_ = true;
+  startNewCycle();
+}
+
+void LumivaneView::stepForward() {
+  displayImageFromHistory_ = history_.stepForward();
+  startNewCycle();
+}
+
+void LumivaneView::rewriteInformationLine() {
+  if (settings_.showImageInfo_) {
+    printFilename(filename_, kInfoComesLater);
+  } else {
+    printFilename(filename_);
+  }
+  refreshTextLayer();
+}
+
+void LumivaneView::toggleBlankScreen() {
+  blankScreen_ = !blankScreen_;
+  if (pauseZooming_) resumeAnimation();
+  const auto hide = [this](LayerProperties& p) { p.hidden = blankScreen_; };
+  if (formerLayer_ != nullptr) formerLayer_->edit(hide);
+  currentLayer_->edit(hide);
+  rewriteInformationLine();
+}
+
+// Without a motion there is nothing to freeze. The freezing itself is the frame loop's.
+bool LumivaneView::togglePauseZooming() {
+  if (!settings_.zoomIsOn_ && !settings_.kenBurnsIsOn_) return false;
+  pauseZooming_ = !pauseZooming_;
+  refreshTextLayer();
+  if (!pauseZooming_) resumeAnimation();
+  return true;
+}
+
+}  // namespace lumivane

@@ -1,0 +1,95 @@
+// What the view says: in the log, on the screen, or in both.
+#include <utility>
+
+#include "engine/LumivaneView.h"
+#include "imaging/InformationText.h"
+#include "imaging/TextLayout.h"
+
+namespace lumivane {
+namespace {
+
+// An error stands on the screen for about this long.
+constexpr std::int32_t kErrorSeconds = 3;
+constexpr std::int32_t kShortestShortenedPeriod = 4;
+
+}  // namespace
+
+void LumivaneView::logMessage(std::string_view text, bool asError) {
+  host_.log.write(text, asError ? LogLevel::Error : LogLevel::Information);
+}
+
+void LumivaneView::logAndDisplayMessage(const std::string& text, bool asError) {
+  displayMessage(text, std::nullopt);
+  errmsgIsError_ = asError;
+  if (!errmesg_.empty()) logMessage(errmesg_, asError);
+}
+
+void LumivaneView::logAndDisplayMessage(const std::string& text, const std::string& with, bool asError) {
+  logAndDisplayMessage(text + with, asError);
+}
+
+void LumivaneView::displayErrorMessage(const std::string& text, const std::string& with) {
+  logAndDisplayMessage(text, with, true);
+  replaceCurrentLayer(std::make_unique<Layer>());  // the message stands on black
+  if (settings_.durationPerImage_ >= kShortestShortenedPeriod) {
+    lastFrameTime_ = host_.clock.now() + std::chrono::seconds(kErrorSeconds - settings_.durationPerImage_);
+  }
+}
+
+void LumivaneView::logFileAccessError(const std::string& path) {
+  const Result<Done> probe = host_.files.probeForUpdating(path);
+  logMessage(probe ? "  No error found!" : "Error: " + probe.error(), true);
+}
+
+void LumivaneView::displayMessage(const std::optional<std::string>& firstLine,
+                                  const std::optional<std::string>& secondLine) {
+  errmesg_ = firstLine.value_or(" ");
+  errmsgIsError_ = false;
+  infoLine_ = secondLine && !secondLine->empty() ? secondLine : std::nullopt;
+  refreshTextLayer();
+}
+
+void LumivaneView::printFilename(const std::string& path) {
+  printFilename(path, std::nullopt);
+}
+
+void LumivaneView::printFilename(const std::string& path, const std::optional<std::string>& info) {
+  logMessage(loggedFilename(path), false);  // the record of which picture was shown
+  displayMessage(shownFilename(path, {settings_.displayFilename_, settings_.showImagePath_,
+                                      settings_.showFileExtension_}),
+                 info);
+}
+
+void LumivaneView::displayFilename(const std::string& path, const ImageInfo& info) {
+  img_description_ = imageDescription(path, info.caption, info.keywords);
+  img_place_.reset();
+  if (info.latitude != 0 || info.longitude != 0) img_place_ = coordinatesText(info.latitude, info.longitude);
+  img_date_.reset();
+  if (info.date) img_date_ = trimmed(*info.date);
+  printFilename(path, informationLine(img_description_, img_place_, img_date_));
+}
+
+void LumivaneView::refreshTextLayer() {
+  shownText_ = screenText(errmesg_, infoLine_, {muteTextDisplay_, blankScreen_, paused_, pauseZooming_});
+  makeTextLayerRectangle(*textLayer_, settings_.fontSize_, shownText_, true);
+}
+
+void LumivaneView::makeTextLayerRectangle(Layer& layer, double fontSizePt, std::string_view text,
+                                          bool adjustWidth) {
+  const TextLayout layout =
+      layOutText(host_.text, {text, fontSizePt, drawRect_.size, adjustWidth, settings_.showImagePath_});
+  BitmapRef rendered = host_.text.render(layout.text, layout.style, layout.bounds.size, contentsScale_);
+  layer.edit([&](LayerProperties& p) {
+    p.contents = std::move(rendered);
+    p.bounds = layout.bounds;
+    p.shadow.path = layout.bounds;
+  });
+}
+
+Job LumivaneView::whileAlive(Job job) const {
+  return [alive = std::weak_ptr(alive_), job = std::move(job)] {
+    if (!alive.expired()) job();
+  };
+}
+
+}  // namespace lumivane

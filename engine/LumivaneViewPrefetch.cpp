@@ -1,0 +1,98 @@
+// The picture after this one, decoded ahead of time on the prefetch queue.
+//
+// Everything but the decoding itself happens on the main thread: a try is chosen here, decoded there, and its outcome
+// comes back through the main loop. So nothing is shared, and the main thread never waits.
+#include <utility>
+
+#include "engine/LumivaneView.h"
+#include "platform/PrintableText.h"
+
+namespace lumivane {
+namespace {
+
+// Long enough for a change to settle before the machine is busy with the next picture.
+constexpr std::chrono::seconds kPrefetchDelay{2};
+constexpr double kPrefetchLayerZPosition = -10;
+
+}  // namespace
+
+void LumivaneView::schedulePrefetch() {
+  const std::uint64_t request = ++prefetch_.request;
+  host_.mainLoop.after(kPrefetchDelay, whileAlive([this, request] {
+                         if (request == prefetch_.request) loadNextImage();
+                       }));
+}
+
+void LumivaneView::loadNextImage() {
+  if (imagefiles_.empty() || !prefetch_queue_ || prefetch_.prefetchNextImageRunning_) return;
+  prefetch_.prefetchNextImageRunning_ = true;
+  prefetch_.empty();
+  prefetch_.prefetchNextImageFailed_ = false;
+  prefetch_.prefetch_img_index_ = img_index_;
+  tryNextPrefetch(kPrefetchTries);
+}
+
+void LumivaneView::tryNextPrefetch(int triesLeft) {
+  prefetch_.prefetch_img_index_ = nextImageIndex(prefetch_.prefetch_img_index_);
+  // The job may outlive the view, but not the decoder and the main loop, which belong to the host.
+  prefetch_queue_->async([&decoder = host_.decoder, &mainLoop = host_.mainLoop, alive = std::weak_ptr(alive_),
+                          this, path = pathAt(prefetch_.prefetch_img_index_), limits = loadLimits(),
+                          triesLeft, generation = listGeneration_] {
+    auto outcome = std::make_shared<LoadOutcome>(loadPicture(decoder, path, limits));
+    mainLoop.post([alive, this, outcome, triesLeft, generation] {
+      if (!alive.expired() && generation == listGeneration_) prefetchAnswered(std::move(*outcome), triesLeft);
+    });
+  });
+}
+
+void LumivaneView::prefetchAnswered(LoadOutcome outcome, int triesLeft) {
+  tell(outcome.messages);
+  if (!outcome.picture && triesLeft > 1 && !imagefiles_.empty()) {
+    tryNextPrefetch(triesLeft - 1);
+    return;
+  }
+  if (outcome.picture) {
+    acceptPrefetched(std::move(*outcome.picture));
+  } else {
+    prefetch_.prefetchNextImageFailed_ = true;
+  }
+  prefetch_.prefetchNextImageRunning_ = false;
+}
+
+// The hidden layer makes the compositor take the picture up before it is due.
+void LumivaneView::acceptPrefetched(LoadedPicture picture) {
+  removeFromMainLayer(prefetchLayer_);
+  auto layer = makeImageLayer(picture.image, stage());
+  layer->edit([](LayerProperties& p) {
+    p.zPosition = kPrefetchLayerZPosition;
+    p.opacity = 0;
+  });
+  prefetchLayer_ = mainLayer_->addSublayerBelow(std::move(layer), textLayer_);
+  prefetch_.fill(std::move(picture));
+}
+
+LoadLimits LumivaneView::loadLimits() const {
+  return {settings_.excludeSize_, filename_};
+}
+
+void LumivaneView::tell(const std::vector<LoadMessage>& messages) {
+  for (const LoadMessage& message : messages) {
+    switch (message.kind) {
+      case LoadMessage::Kind::LogError:
+        logMessage(message.text, true);
+        break;
+      case LoadMessage::Kind::DisplayError:
+        displayErrorMessage(message.text, message.with);
+        break;
+      case LoadMessage::Kind::FileAccessError:
+        logFileAccessError(message.with);
+        break;
+    }
+  }
+}
+
+std::string LumivaneView::pathAt(ImageIndex index) const {
+  return index < imagefiles_.size() ? imagefiles_[index] : std::string();
+}
+
+}  // namespace lumivane

@@ -1,0 +1,103 @@
+// How a view comes into being: its first log lines, its layers, its queue.
+#include <array>
+#include <cstdio>
+
+#include "engine/FormattedText.h"
+#include "engine/LumivaneView.h"
+#include "engine/PhotosAuthorizationText.h"
+
+namespace lumivane {
+namespace {
+
+constexpr Color kWhite{1, 1, 1, 1};
+constexpr double kTextShadowOpacity = 0.5;
+
+}  // namespace
+
+std::unique_ptr<LumivaneView> LumivaneView::initWithFrame(RectPt frame, bool /*isPreview*/,
+                                                          const Host& host) {
+  return std::unique_ptr<LumivaneView>(new LumivaneView(frame, host));
+}
+
+LumivaneView::LumivaneView(RectPt frame, const Host& host)
+    : host_(host),
+      drawRect_(frame),
+      last_scan_(host.clock.wallTime()),
+      order_(host.random, host.log),
+      history_(host.memory, host.log),
+      lastRunRecord_(host.files, host.log),
+      preferences_(host.settings, host.log) {
+  logBanner(frame);
+  makeLayers(frame);
+  appSupportDir_ = host_.folders.data;
+  if (appSupportDir_.empty()) {
+    logMessage("could not get application support directory!", true);
+    return;
+  }
+  host_.random.seed(static_cast<std::uint64_t>(host_.clock.now().time_since_epoch().count()));
+  setUpPhotoLibrary();
+  prefetch_queue_ = host_.queues.make("LumivanePrefetchQueue");
+}
+
+// The queue's running job may still hold on to the decoder; it ends before anything else goes.
+LumivaneView::~LumivaneView() {
+  prefetch_queue_.reset();
+}
+
+void LumivaneView::logBanner(RectPt frame) {
+  std::string version = host_.programVersion.shortVersion;
+  if (version.empty()) {
+    logMessage("CFBundleShortVersionString not found!", true);
+    version = "?";
+  }
+  const std::string build = host_.programVersion.build.empty() ? "??" : host_.programVersion.build;
+  logMessage(formatted("LumivaneApp started (version: %s (#%s)) (id = %p)", version.c_str(), build.c_str(),
+                       static_cast<void*>(this)),
+             false);
+  logMessage("\n", false);
+  const SystemVersion& system = host_.systemVersion;
+  logMessage(
+      formatted("macOS version: %ld.%ld.%ld", system.majorNumber, system.minorNumber, system.patchNumber),
+      false);
+  logMessage("\n", false);
+  logMessage(formatted("initWithFrame: origin = %f , %f ;  size = %f , %f", frame.origin.x, frame.origin.y,
+                       frame.size.width, frame.size.height),
+             false);
+}
+
+void LumivaneView::makeLayers(RectPt frame) {
+  mainLayer_ = std::make_unique<Layer>();
+  mainLayer_->edit([&](LayerProperties& p) {
+    p.anchorPoint = {0, 0};
+    p.bounds = {{0, 0}, frame.size};
+  });
+  currentLayer_ = mainLayer_->addSublayer(std::make_unique<Layer>());
+
+  textLayer_ = mainLayer_->addSublayer(std::make_unique<Layer>());
+  textLayer_->edit([&](LayerProperties& p) {
+    p.bounds = frame;
+    p.anchorPoint = {0, 0};
+    p.shadow.color = {0, 0, 0, 1};
+    p.shadow.opacity = kTextShadowOpacity;
+  });
+  placeTextLayer(frame.size.height);
+  refreshTextLayer();
+
+  help_layer_ = mainLayer_->addSublayer(std::make_unique<Layer>());
+  help_layer_->edit([&](LayerProperties& p) {
+    p.zPosition = 1;
+    p.position = {frame.size.width * 0.5, frame.size.height * 0.5};
+    p.hidden = true;
+    p.shadow.opacity = 1;
+    p.shadow.radius = 4;
+    p.backgroundColor = {0.5F, 0.5F, 0.5F, 0.3F};
+  });
+}
+
+void LumivaneView::setUpPhotoLibrary() {
+  logMessage("Running on macOS 10.13 or higher.", false);
+  const AuthorizationText status = photosAuthorizationText(host_.photosAuthorization);
+  logMessage("Photos authorization status: " + std::string(status.text), status.isError);
+}
+
+}  // namespace lumivane

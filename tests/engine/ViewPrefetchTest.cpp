@@ -1,0 +1,151 @@
+#include "tests/support/ViewTest.h"
+
+namespace lumivane {
+namespace {
+
+struct ViewPrefetchTest : ViewTest {
+  ViewPrefetchTest() {
+    configure([](DisplaySettings& s) { s.dontRandomize_ = true; });
+  }
+  void breakPictures(std::initializer_list<std::size_t> numbers) {
+    for (const std::size_t i : numbers) decoder.pictures.erase(path(i));
+  }
+};
+
+TEST_F(ViewPrefetchTest, decodesTheNextPictureTwoSecondsAfterAChange) {
+  listPictures(5);
+  start();
+  beat();
+  ASSERT_EQ(view->filename(), path(1));
+  run(Seconds{1.98});
+  EXPECT_EQ(decoder.decodes.count(path(2)), 0U);
+  run(Seconds{0.06});
+  EXPECT_EQ(decoder.decodes[path(2)], 1);
+  EXPECT_TRUE(view->prefetchSlot().full());
+  runUntilChange();
+  EXPECT_EQ(view->filename(), path(2));
+  EXPECT_EQ(decoder.decodes[path(2)], 1) << "one decode per picture shown";
+  EXPECT_EQ(log.countStartingWith("Loading image in main thread"), 1U) << "only the first one";
+}
+
+TEST_F(ViewPrefetchTest, parksThePictureOnAHiddenLayer) {
+  listPictures(5);
+  start();
+  beat();
+  run(Seconds{2.1});
+  ASSERT_NE(view->prefetchLayer(), nullptr);
+  EXPECT_EQ(view->prefetchLayer()->properties().zPosition, -10);
+  EXPECT_EQ(view->prefetchLayer()->properties().opacity, 0);
+  EXPECT_EQ(view->prefetchLayer()->properties().contents, view->prefetchSlot().prefetched_image_);
+  const Layer* first = view->prefetchLayer();
+  runUntilChange();
+  run(Seconds{2.1});
+  EXPECT_NE(view->prefetchLayer(), first);
+  EXPECT_EQ(view->mainLayer().sublayers().size(), 4U) << "current, prefetched, text, help";
+}
+
+TEST_F(ViewPrefetchTest, skipsUpToFourMissingPictures) {
+  listPictures(10);
+  breakPictures({2, 3, 4, 5});
+  start();
+  beat();
+  run(Seconds{2.1});
+  ASSERT_TRUE(view->prefetchSlot().full());
+  EXPECT_EQ(view->prefetchSlot().prefetch_img_index_, 6U);
+  EXPECT_FALSE(view->prefetchSlot().prefetchNextImageFailed_);
+}
+
+TEST_F(ViewPrefetchTest, skippedPicturesAreNotTriedAgainInThisPass) {
+  configure([](DisplaySettings& s) { s.dontRandomize_ = false; });
+  listPictures(6);
+  start();
+  beat();
+  const std::string good = view->filename();
+  for (std::size_t i = 0; i < 6; ++i) {
+    if (path(i) != good) breakPictures({i});
+  }
+  run(Seconds{2.1});
+  EXPECT_TRUE(view->prefetchSlot().prefetchNextImageFailed_);
+  EXPECT_EQ(log.countStartingWith("Image gone: /pictures"), 2U * 5U);
+}
+
+TEST_F(ViewPrefetchTest, givesUpAfterFiveAndSaysSo) {
+  listPictures(10);
+  breakPictures({2, 3, 4, 5, 6});
+  start();
+  beat();
+  run(Seconds{2.1});
+  EXPECT_FALSE(view->prefetchSlot().full());
+  ASSERT_TRUE(view->prefetchSlot().prefetchNextImageFailed_);
+  runUntilMessage("Several images in a row are gone!");
+  EXPECT_FALSE(view->prefetchSlot().prefetchNextImageFailed_);
+  runUntilMessage("Loading image in main thread: " + path(2));
+}
+
+TEST_F(ViewPrefetchTest, aChangeThatComesTooEarlyWaitsAPeriod) {
+  listPictures(10);
+  queues.jobTime = std::chrono::seconds(30);
+  start();
+  beat();
+  run(Seconds{10.02});
+  EXPECT_EQ(view->filename(), path(1));
+  EXPECT_TRUE(log.has("Background thread still loading: " + path(2), LogLevel::Information));
+  run(Seconds{29.9});
+  EXPECT_EQ(view->filename(), path(2));
+}
+
+TEST_F(ViewPrefetchTest, picturesThatAreTooSmallAreSkipped) {
+  configure([](DisplaySettings& s) { s.excludeSize_ = 500; });
+  listPictures(4);
+  decoder.pictures[path(2)] = pictureOf(499, 4000);
+  decoder.pictures[path(3)] = pictureOf(500, 500);
+  start();
+  beat();
+  run(Seconds{2.1});
+  EXPECT_TRUE(log.has("Image smaller than 500 pixels: " + path(2), LogLevel::Error));
+  EXPECT_EQ(view->prefetchSlot().prefetch_img_index_, 3U);
+}
+
+TEST_F(ViewPrefetchTest, steppingQuicklyLosesNoPictureOfThePass) {
+  configure([](DisplaySettings& s) { s.dontRandomize_ = false; });
+  listPictures(8);
+  start();
+  std::set<std::string> shown;
+  beat();
+  shown.insert(view->filename());
+  for (int i = 0; i < 3; ++i) {
+    press(kRightArrowCharacter);
+    run(Seconds{0.5});
+    shown.insert(view->filename());
+  }
+  while (shown.size() < 8) {
+    runUntilChange();
+    ASSERT_TRUE(shown.insert(view->filename()).second) << view->filename() << " came twice";
+  }
+}
+
+TEST_F(ViewPrefetchTest, anAnswerForAnotherListIsDropped) {
+  listPictures(5);
+  queues.jobTime = std::chrono::seconds(3);
+  start();
+  beat();
+  run(Seconds{2.5});
+  ASSERT_TRUE(view->prefetchSlot().prefetchNextImageRunning_);
+  storeList({"/other/a.jpg"});
+  view->viewWillMoveToWindow(&window);
+  loop.runFor(std::chrono::seconds(5));
+  EXPECT_FALSE(view->prefetchSlot().full());
+}
+
+TEST_F(ViewPrefetchTest, aViewThatIsGoneHearsNothingMore) {
+  listPictures(5);
+  queues.jobTime = std::chrono::seconds(3);
+  start();
+  beat();
+  run(Seconds{2.5});
+  view.reset();
+  loop.runFor(std::chrono::seconds(60));
+}
+
+}  // namespace
+}  // namespace lumivane

@@ -1,0 +1,49 @@
+// Files that live in the test's memory and fail when the test wants them to.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+
+#include "platform/Files.h"
+
+namespace lumivane {
+
+class MemoryFiles final : public Files {
+ public:
+  std::map<std::string, std::string> content;
+  std::set<std::string> unreadable;  // there, but cannot be read
+  std::set<std::string> unwritable;
+  int writes = 0;
+
+  [[nodiscard]] bool exists(const std::string& path) const override {
+    return content.contains(path) || unreadable.contains(path);
+  }
+  [[nodiscard]] Result<std::string> read(const std::string& path, std::size_t maxBytes) const override {
+    const auto found = content.find(path);
+    if (unreadable.contains(path)) return Error{path + ": Permission denied"};
+    if (found == content.end()) return Error{path + ": No such file or directory"};
+    if (found->second.size() > maxBytes) return Error{path + ": File too large"};
+    return found->second;
+  }
+  [[nodiscard]] Result<Done> writeAtomically(const std::string& path, std::string_view bytes) override {
+    if (unwritable.contains(path)) return Error{path + ": No space left on device"};
+    ++writes;
+    content[path] = std::string(bytes);
+    return Done{};
+  }
+  [[nodiscard]] Result<Done> rename(const std::string& from, const std::string& to) override {
+    const auto found = content.find(from);
+    if (found == content.end()) return Error{from + ": No such file or directory"};
+    content[to] = found->second;
+    content.erase(from);
+    return Done{};
+  }
+  [[nodiscard]] Result<Done> probeForUpdating(const std::string& path) const override {
+    if (unreadable.contains(path)) return Error{path + ": Permission denied"};
+    if (!content.contains(path)) return Error{path + ": No such file or directory"};
+    return Done{};
+  }
+};
+
+}  // namespace lumivane
