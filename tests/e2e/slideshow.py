@@ -1,0 +1,183 @@
+"""The real program on a screen of its own, with a home folder of its own; everything is gone when a test ends."""
+import os
+import pathlib
+import queue
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+
+import pixels
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+BUILD = pathlib.Path(os.environ.get("LUMIVANE_BUILD", ROOT / "build" / "dev"))
+APP = BUILD / "app" / "LumivaneApp"
+COMPANION = BUILD / "tools" / "lumivane"
+PAINTER = BUILD / "tools" / "demo-pictures" / "lumivane-demo-pictures"
+WIDTH, HEIGHT = 1280, 720
+SHOWN = re.compile(r"information (/.*\.(?:jpe?g|png|heic|webp))$", re.IGNORECASE)
+PATIENCE = 60  # seconds; only a failure ever takes so long
+
+# Nothing on the screen but the picture, and nothing that moves: each test switches on what it is about.
+PLAIN = {"KenBurnsIsOn": "false", "ZoomIsOn": "false", "CrossDissolve": "false", "DontRandomize": "true",
+         "ShowImageInfo": "false", "ShowImagePath": "false", "DisplayFilename": "false", "DurationPerImage": "600"}
+
+
+def eventually(condition, what, patience=PATIENCE):
+    """Asks again and again until the answer is not None or False, and gives it back."""
+    deadline = time.monotonic() + patience
+    while time.monotonic() < deadline:
+        answer = condition()
+        if answer is not None and answer is not False:
+            return answer
+        time.sleep(0.05)
+    raise AssertionError(f"{what}: not within {patience} seconds")
+
+
+class VirtualScreen:
+    """An X screen nobody else uses, with a window manager."""
+
+    def __init__(self, home):
+        read_end, write_end = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{WIDTH}x{HEIGHT}x24", "-nolisten", "tcp", "-noreset"],
+            pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        with os.fdopen(read_end) as number:
+            self.environment = {"DISPLAY": ":" + number.readline().strip()}
+        self.manager = subprocess.Popen(["openbox", "--sm-disable"], env={**os.environ, **self.environment, "HOME": home},
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def shot(self):
+        done = subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "png:-"], timeout=60, check=True,
+                              env={**os.environ, **self.environment}, stdout=subprocess.PIPE)
+        with tempfile.NamedTemporaryFile(suffix=".png") as file:
+            file.write(done.stdout)
+            file.flush()
+            return pixels.of_file(file.name)
+
+    def press(self, key):
+        subprocess.run(["xdotool", "key", key], env={**os.environ, **self.environment}, timeout=30, check=True)
+
+    def close(self):
+        for process in (self.manager, self.server):
+            end(process)
+
+
+class WaylandScreen:
+    """A headless Wayland compositor."""
+
+    def __init__(self, home):
+        self.folder = pathlib.Path(home)
+        runtime = self.folder / "runtime"
+        runtime.mkdir(mode=0o700, exist_ok=True)
+        self.environment = {"XDG_RUNTIME_DIR": str(runtime), "WAYLAND_DISPLAY": "wayland-e2e", "QT_QPA_PLATFORM": "wayland"}
+        self.server = subprocess.Popen(
+            ["weston", "--backend=headless-backend.so", "--use-pixman", f"--width={WIDTH}", f"--height={HEIGHT}",
+             "--socket=wayland-e2e", "--idle-time=0", "--debug", "--no-config"],
+            env={**without_display(), **self.environment}, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        eventually((runtime / "wayland-e2e").exists, "the Wayland compositor listens")
+
+    def shot(self):
+        with tempfile.TemporaryDirectory(dir=self.folder) as folder:
+            subprocess.run(["weston-screenshooter"], cwd=folder, env={**without_display(), **self.environment}, timeout=60,
+                           check=True, stdout=subprocess.DEVNULL)
+            return pixels.of_file(next(pathlib.Path(folder).glob("*.png")))
+
+    def close(self):
+        end(self.server)
+
+
+def without_display():
+    return {name: value for name, value in os.environ.items()
+            if name not in ("DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS")}
+
+
+def end(process):
+    if process.poll() is None:
+        process.send_signal(signal.SIGTERM)
+    try:
+        process.wait(timeout=10)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+
+
+class Slideshow:
+    """The program, what it logs, and its companion for setting it up."""
+
+    def __init__(self, home, screen):
+        self.screen = screen
+        self.environment = {**without_display(), "HOME": home, "LUMIVANE_LOG": "stderr", "LC_ALL": "C.UTF-8",
+                            "XDG_CONFIG_HOME": home + "/config", "XDG_DATA_HOME": home + "/data",
+                            "XDG_CACHE_HOME": home + "/cache", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent",
+                            **screen.environment}
+        self.process = None
+        self.lines = []
+        self.unread = queue.Queue()
+
+    def companion(self, *arguments):
+        done = subprocess.run([COMPANION, *arguments], env=self.environment, timeout=120, check=False, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        if done.returncode != 0:
+            raise AssertionError(f"lumivane {' '.join(map(str, arguments))} ended with {done.returncode}:\n{done.stdout}")
+        return done.stdout
+
+    def set_up(self, folder, **settings):
+        self.companion("collect", str(folder))
+        for key, value in {**PLAIN, **settings}.items():
+            self.companion("settings", "set", key, value)
+
+    def start(self, *flags):
+        self.process = subprocess.Popen([APP, *flags], env=self.environment, stderr=subprocess.PIPE, text=True,
+                                        errors="replace", stdout=subprocess.DEVNULL)
+        threading.Thread(target=self._read, daemon=True).start()
+
+    def _read(self):
+        for line in self.process.stderr:
+            self.lines.append(line.rstrip("\n"))
+            self.unread.put(line.rstrip("\n"))
+
+    def next_shown(self, patience=PATIENCE):
+        """The path of the next picture that the log says is shown."""
+        deadline = time.monotonic() + patience
+        while True:
+            try:
+                found = SHOWN.search(self.unread.get(timeout=max(deadline - time.monotonic(), 0.01)))
+            except queue.Empty:
+                raise AssertionError("no picture was shown; the log:\n" + "\n".join(self.lines[-40:])) from None
+            if found:
+                return pathlib.Path(found.group(1))
+
+    def close(self):
+        if self.process is not None:
+            end(self.process)
+            self.process.stderr.close()
+
+
+class SlideshowTest(unittest.TestCase):
+    """Gives each test a screen, a home folder and a painted handful of pictures."""
+
+    screen_type = VirtualScreen
+
+    def setUp(self):
+        for program in (APP, COMPANION, PAINTER):
+            if not program.exists():
+                self.fail(f"{program} was not built")
+        self.home = tempfile.mkdtemp(prefix="lumivane-e2e-")
+        self.addCleanup(shutil.rmtree, self.home, ignore_errors=True)
+        self.screen = self.screen_type(self.home)
+        self.addCleanup(self.screen.close)
+        self.show = Slideshow(self.home, self.screen)
+        self.addCleanup(self.show.close)
+        self.pictures = pathlib.Path(self.home) / "pictures"
+        subprocess.run([PAINTER, self.pictures, "40"], check=True, timeout=120)
+
+    def assert_on_screen(self, path, tolerance=6):
+        """The screen comes to show that picture, fitted."""
+        expected = pixels.fitted(path, WIDTH, HEIGHT)
+        eventually(lambda: pixels.distance(self.screen.shot(), expected) < tolerance, f"{path.name} on the screen")

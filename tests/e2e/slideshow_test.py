@@ -1,0 +1,103 @@
+#!/usr/bin/python3
+"""The program as a user meets it: what is on the screen is what the log says, it moves, dissolves and obeys keys."""
+import time
+import unittest
+
+import pixels
+from slideshow import APP, HEIGHT, WIDTH, SlideshowTest, WaylandScreen, eventually, without_display
+
+import subprocess
+
+
+class OnX11(SlideshowTest):
+    def test_the_picture_on_the_screen_is_the_one_that_the_log_names(self):
+        self.show.set_up(self.pictures, DurationPerImage="4")
+        self.show.start("-f")
+        seen = []
+        for _ in range(3):
+            seen.append(self.show.next_shown())
+            self.assert_on_screen(seen[-1])
+        self.assertEqual(seen, sorted(self.pictures.iterdir())[:3])
+
+    def test_motion_moves(self):
+        self.show.set_up(self.pictures, KenBurnsIsOn="true", DurationPerImage="20")
+        self.show.start("-f")
+        self.show.next_shown()
+        first = eventually(self.bright_shot, "a picture on the screen")
+        eventually(lambda: pixels.distance(self.screen.shot(), first) > 1.5, "the picture moves", patience=15)
+
+    def test_without_motion_nothing_moves(self):
+        self.show.set_up(self.pictures)
+        self.show.start("-f")
+        path = self.show.next_shown()
+        self.assert_on_screen(path)
+        first, until, shots = self.screen.shot(), time.monotonic() + 4, 0
+        while time.monotonic() < until:
+            self.assertEqual(pixels.distance(self.screen.shot(), first), 0)
+            shots += 1
+        self.assertGreater(shots, 3)
+
+    def test_one_picture_dissolves_into_the_next(self):
+        self.show.set_up(self.pictures, CrossDissolve="true", CrossDissolveDuration="5", DurationPerImage="10")
+        self.show.start("-f")
+        former = self.show.next_shown()
+        self.assert_on_screen(former)
+        latter = self.show.next_shown()
+        start, end = (pixels.fitted(path, WIDTH, HEIGHT) for path in (former, latter))
+
+        def half_way():
+            part, beside = pixels.position_between(self.screen.shot(), start, end)
+            return 0.15 < part < 0.85 and beside < 8
+
+        eventually(half_way, "both pictures at the same time", patience=6)
+        self.assert_on_screen(latter)
+
+    def test_a_key_brings_the_next_picture(self):
+        self.show.set_up(self.pictures)
+        self.show.start("-f")
+        former = self.show.next_shown()
+        self.assert_on_screen(former)
+        self.screen.press("Right")
+        latter = self.show.next_shown()
+        self.assertNotEqual(former, latter)
+        self.assert_on_screen(latter)
+
+    def test_the_show_goes_on_after_a_broken_picture(self):
+        broken, *others = sorted(self.pictures.iterdir())
+        self.show.set_up(self.pictures, DurationPerImage="4")
+        broken.write_bytes(broken.read_bytes()[:2000])
+        self.show.start("-f")
+        self.assertIn(self.show.next_shown(), others)
+
+    def test_it_ends_when_it_is_told_to(self):
+        self.show.set_up(self.pictures)
+        self.show.start()
+        self.show.next_shown()
+        self.show.process.terminate()
+        self.assertIn(self.show.process.wait(timeout=20), (0, -15))
+
+    def bright_shot(self):
+        shot = self.screen.shot()
+        return shot if sum(shot) / len(shot) > 8 else None
+
+
+class OnWayland(SlideshowTest):
+    screen_type = WaylandScreen
+
+    def test_the_picture_on_the_screen_is_the_one_that_the_log_names(self):
+        self.show.set_up(self.pictures, DurationPerImage="12")
+        self.show.start("-f")
+        for _ in range(2):
+            self.assert_on_screen(self.show.next_shown())
+
+
+class WithoutDisplay(unittest.TestCase):
+    def test_says_so_and_ends(self):
+        done = subprocess.run([APP], env={**without_display(), "LUMIVANE_LOG": "stderr"}, timeout=30, check=False, text=True,
+                              stderr=subprocess.PIPE)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("no display server", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
