@@ -21,10 +21,10 @@ inline constexpr int kThumbnailMaxPixelSize = 8192;
 // Complete is the only status with which a source can be used; the numbers appear in the log.
 enum class ImageSourceStatus : int {
   Complete = 0,
-  Incomplete = -1,      // the header is cut short
-  UnknownType = -3,     // no picture of a type that is shown
-  InvalidData = -4,     // a known type, but its header makes no sense
-  UnexpectedEnd = -5,   // nothing in the file
+  Incomplete = -1,     // the header is cut short
+  UnknownType = -3,    // no picture of a type that is shown
+  InvalidData = -4,    // a known type, but its header makes no sense
+  UnexpectedEnd = -5,  // nothing in the file
 };
 
 class ImageSource {

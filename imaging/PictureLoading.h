@@ -42,10 +42,11 @@ struct LoadOutcome {
 };
 
 struct LoadLimits {
-  std::uint32_t excludeSize = 0;    // a picture with a shorter side than this is refused; compared unsigned
-  std::string filenameOnScreen;     // the picture shown now, which is what the message about the size names
+  std::uint32_t excludeSize = 0;  // a picture with a shorter side than this is refused; compared unsigned
+  std::string filenameOnScreen;   // the picture shown now, which is what the message about the size names
 };
 
-[[nodiscard]] LoadOutcome loadPicture(ImageDecoder& decoder, const std::string& path, const LoadLimits& limits);
+[[nodiscard]] LoadOutcome loadPicture(ImageDecoder& decoder, const std::string& path,
+                                      const LoadLimits& limits);
 
 }  // namespace lumivane

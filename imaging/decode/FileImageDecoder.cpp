@@ -73,7 +73,7 @@ class FileImageSource final : public ImageSource {
   std::optional<PropertyDictionary> properties() override {
     if (!opened_.codec) return std::nullopt;
     if (!properties_) {
-      properties_ = readPictureMetadata(file_, type_);
+      properties_ = readPictureMetadata(file_, type_, opened_.codec->exif());
       const PictureHeader& header = opened_.codec->header();
       properties_->pixelWidth = header.size.width;
       properties_->pixelHeight = header.size.height;

@@ -107,6 +107,10 @@ void store(std::string_view type, const std::vector<std::byte>& content, JxlMeta
 
 std::optional<OrientationCode> jxlTurnOf(const PictureFile& file) {
   FedDecoder decoder(file, JXL_DEC_BASIC_INFO);
+  // Without this the library speaks of the picture as turned already.
+  if (decoder.get() == nullptr || JxlDecoderSetKeepOrientation(decoder.get(), JXL_TRUE) != JXL_DEC_SUCCESS) {
+    return std::nullopt;
+  }
   if (decoder.next() != JXL_DEC_BASIC_INFO) return std::nullopt;
   JxlBasicInfo info = {};
   if (JxlDecoderGetBasicInfo(decoder.get(), &info) != JXL_DEC_SUCCESS) return std::nullopt;

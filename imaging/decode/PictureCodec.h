@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 
 #include "compositor/model/Bitmap.h"
 #include "imaging/ImageDecoder.h"
@@ -27,6 +28,9 @@ class PictureCodec {
   virtual ~PictureCodec() = default;
 
   [[nodiscard]] virtual const PictureHeader& header() const = 0;
+
+  // The Exif block as the container's own library finds it, a TIFF structure; empty where that is not done.
+  [[nodiscard]] virtual std::span<const std::byte> exif() const { return {}; }
 
   // `orientation` is how the stored pixels are to be turned. A codec that turns them by itself makes a bitmap
   // with orientation 1, of the turned size.

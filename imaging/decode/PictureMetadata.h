@@ -6,13 +6,18 @@
 // Errors:  none; what is absent, damaged or absurd is absent from the result.
 #pragma once
 
+#include <cstddef>
+#include <span>
+
 #include "imaging/PropertyDictionary.h"
 #include "imaging/decode/PictureFile.h"
 #include "imaging/decode/PictureType.h"
 
 namespace lumivane {
 
-// Everything but the pixel sizes, which the decoder knows better.
-[[nodiscard]] PropertyDictionary readPictureMetadata(const PictureFile& file, PictureType type);
+// Everything but the pixel sizes, which the decoder knows better. `exif` (may be empty) is the Exif block as the
+// container's own library found it: it stands in where Exiv2 does not find one.
+[[nodiscard]] PropertyDictionary readPictureMetadata(const PictureFile& file, PictureType type,
+                                                     std::span<const std::byte> exif);
 
 }  // namespace lumivane

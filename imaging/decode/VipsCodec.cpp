@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <mutex>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -85,8 +85,8 @@ VImage load(const vips::VSource& source, PictureType type) {
       return VImage::tiffload_source(source, options);
     case PictureType::WebP:
       return VImage::webpload_source(source, options);
-    case PictureType::Heif:
-      return VImage::heifload_source(source, options);
+    // Our own limit of pixels is held before anything is decoded; the library's would refuse long panoramas.
+    case PictureType::Heif: return VImage::heifload_source(source, options->set("unlimited", true));
     case PictureType::Jxl:
       return VImage::jxlload_source(source, options);
     case PictureType::Jp2:
@@ -136,6 +136,15 @@ class VipsCodec final : public PictureCodec {
   }
 
   const PictureHeader& header() const override { return header_; }
+
+  std::span<const std::byte> exif() const override {
+    if (type_ != PictureType::Heif || image_.get_typeof(VIPS_META_EXIF_NAME) == 0) return {};
+    std::size_t bytes = 0;
+    const auto* block = static_cast<const std::byte*>(image_.get_blob(VIPS_META_EXIF_NAME, &bytes));
+    constexpr std::string_view kName("Exif\0\0", 6);
+    const bool named = bytes >= kName.size() && std::memcmp(block, kName.data(), kName.size()) == 0;
+    return std::span(block, bytes).subspan(named ? kName.size() : 0);
+  }
 
   BitmapRef decode(PixelPool& pool, int maxPixelSize, OrientationCode orientation) override {
     try {
