@@ -22,10 +22,13 @@ constexpr const char* kOnlyPicture[] = {"pixels", "rect", "along", "across", "op
 constexpr const char* kUpperPicture[] = {"upperPixels", "upperRect", "upperAlong", "upperAcross",
                                          "upperOpacity"};
 
-const Clock& checkedContext(const Clock& clock) {
+// The first look at the context: whether it will do, and how large its textures may be.
+int largestTextureSide() {
   const int least = epoxy_is_desktop_gl() ? 33 : 30;
   if (epoxy_gl_version() < least) throw std::runtime_error("the GL context is older than 3.3 core or ES 3.0");
-  return clock;
+  GLint side = 0;
+  glGetIntegerv(GL_MAX_TEXTURE_SIZE, &side);
+  return side;
 }
 
 GLint minFilter(ContentsFilter filter) {
@@ -49,7 +52,7 @@ void setMap(GLint uniform, const float (&row)[3], double left, double bottom, do
 }  // namespace
 
 Renderer::Renderer(const Clock& clock)
-    : textures_(checkedContext(clock)),
+    : textures_(clock, largestTextureSide()),
       vertexArray_(GlName::vertexArray()),
       picture_(Shader::Picture),
       color_(Shader::Color),

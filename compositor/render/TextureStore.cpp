@@ -6,12 +6,6 @@
 namespace lumivane {
 namespace {
 
-int largestTextureSide() {
-  GLint side = 0;
-  glGetIntegerv(GL_MAX_TEXTURE_SIZE, &side);
-  return side;
-}
-
 bool isPending(const std::unique_ptr<TextureUpload>& upload) {
   return upload && !upload->done();
 }
@@ -22,7 +16,7 @@ bool isUsable(const std::unique_ptr<TextureUpload>& upload) {
 
 }  // namespace
 
-TextureStore::TextureStore(const Clock& clock) : clock_(clock), largestSide_(largestTextureSide()) {}
+TextureStore::TextureStore(const Clock& clock, int largestSide) : clock_(clock), largestSide_(largestSide) {}
 
 void TextureStore::want(std::span<const WantedTexture> wanted) {
   dropUnwanted(wanted);

@@ -20,7 +20,8 @@ namespace lumivane {
 
 class TextureStore {
  public:
-  explicit TextureStore(const Clock& clock);
+  // `largestSide`: the longest side of a texture that the GL allows, in pixels.
+  TextureStore(const Clock& clock, int largestSide);
 
   // What is wanted from now on; what is not wanted any more is freed.
   void want(std::span<const WantedTexture> wanted);
@@ -54,7 +55,7 @@ class TextureStore {
   void keepSpare(std::unique_ptr<TextureUpload> upload);
 
   const Clock& clock_;
-  int largestSide_;
+  const int largestSide_;
   Pictures pictures_;
   std::vector<Picture*> order_;  // as wanted: the shown ones first
   std::unique_ptr<TextureUpload> spare_;

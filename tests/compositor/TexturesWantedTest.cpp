@@ -1,0 +1,146 @@
+#include "compositor/model/TexturesWanted.h"
+
+#include <gtest/gtest.h>
+
+#include "compositor/model/MipLevels.h"
+#include "tests/support/LayerScenes.h"
+#include "tests/support/TestBitmaps.h"
+
+namespace lumivane {
+namespace {
+
+constexpr SizePt kScreen{480, 270};  // a quarter of a full-HD screen, so that test pictures stay small
+
+class TexturesWantedTest : public testing::Test {
+ protected:
+  [[nodiscard]] std::vector<WantedTexture> wanted(double scale = 1) const {
+    return texturesWanted(*makeFrameSnapshot(root, kScreen, scale), Seconds{1});
+  }
+
+  Layer root;
+  BitmapRef photo = makeBitmap({1500, 1000});
+};
+
+TEST(MostDetailedLevel, isTheOneThatGlWouldSample) {
+  const BitmapRef bitmap = makeBitmap({64, 32});
+  const auto level = [&](double width, double height, double scale = 1) {
+    return mostDetailedLevel(*bitmap, {width, height}, scale, ContentsFilter::Trilinear);
+  };
+  EXPECT_EQ(level(64, 32), 0U);
+  EXPECT_EQ(level(200, 100), 0U);  // magnified
+  EXPECT_EQ(level(33, 16.5), 0U);
+  EXPECT_EQ(level(32, 16), 1U);
+  EXPECT_EQ(level(32, 16, 2), 0U);  // two pixels a point
+  EXPECT_EQ(level(17, 8.5), 1U);
+  EXPECT_EQ(level(16, 8), 2U);
+  EXPECT_EQ(level(64, 8), 2U);  // the denser side decides
+  EXPECT_EQ(level(0.1, 0.1), 6U);
+  EXPECT_EQ(level(0, 0), 6U);
+}
+
+TEST(MostDetailedLevel, aLinearFilterKnowsOnlyTheFullSize) {
+  EXPECT_EQ(mostDetailedLevel(*makeBitmap({64, 32}), {8, 4}, 1, ContentsFilter::Linear), 0U);
+}
+
+TEST(MostDetailedLevel, followsTheSizeAsSeen) {
+  const BitmapRef bitmap = makeBitmap({64, 32}, Rgba{}, 6);
+  EXPECT_EQ(mostDetailedLevel(*bitmap, {16, 32}, 1, ContentsFilter::Trilinear), 1U);
+}
+
+TEST_F(TexturesWantedTest, aStillPictureWantsTheLevelsOfItsSize) {
+  root.addSublayer(plainPictureLayer(photo, kScreen));  // 405 x 270: 3.7 picture pixels a pixel
+  EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{photo, 1, true}}));
+  EXPECT_EQ(wanted(2), (std::vector<WantedTexture>{{photo, 0, true}}));
+}
+
+TEST_F(TexturesWantedTest, aZoomWantsTheLevelsOfItsLargestSize) {
+  Layer* layer = root.addSublayer(plainPictureLayer(photo, kScreen));
+  layer->addAnimation(swinging(KeyPath::BoundsSize, SizePt{480, 270}, SizePt{960, 540}, 10), "zoom",
+                      Seconds{0});
+  EXPECT_EQ(wanted()[0].mostDetailedLevel, 0U);  // at its largest 810 x 540: 1.85 picture pixels a pixel
+}
+
+TEST_F(TexturesWantedTest, aPanWithoutStaticBoundsWantsTheLevelsOfItsAnimation) {
+  root.addSublayer(
+      panningPictureLayer(photo, kScreen, {{0, 0}, {1425, 801}}, {{75, 0}, {1425, 801}}, 10, Seconds{0}));
+  EXPECT_EQ(wanted()[0].mostDetailedLevel, 1U);  // 505 points wide: 2.97 picture pixels a pixel
+}
+
+TEST_F(TexturesWantedTest, aHiddenPictureIsTakenUpWithRoomToGrow) {
+  Layer* layer = root.addSublayer(plainPictureLayer(makeBitmap({4000, 2250}), kScreen));
+  layer->edit([](LayerProperties& p) { p.opacity = 0; });
+  // Filling the screen would take 8.3 picture pixels a pixel, 1.5 times as large 5.6.
+  ASSERT_EQ(wanted().size(), 1U);
+  EXPECT_EQ(wanted()[0].mostDetailedLevel, 2U);
+  EXPECT_FALSE(wanted()[0].shown);
+}
+
+// A pan may show as little as seven tenths of a picture's width (half of a panorama's), three quarters of a tall
+// one's, and a zoom may enlarge it by half: what was taken up ahead has to be enough for all of them.
+TEST_F(TexturesWantedTest, whatIsTakenUpAheadIsEnoughForEveryPan) {
+  struct Case {
+    SizePx picture;
+    double leastShare;  // of the picture's width across the screen
+  };
+  for (const Case& one : {Case{{2000, 1500}, 0.7}, Case{{1500, 2000}, 0.7}, Case{{2400, 1350}, 0.7},
+                          Case{{4000, 1000}, 0.5}, Case{{3000, 1124}, 0.7}, Case{{400, 3000}, 0.75}}) {
+    Layer tree;
+    const BitmapRef picture = makeBitmap(one.picture);
+    tree.addSublayer(plainPictureLayer(picture, kScreen))->edit([](LayerProperties& p) { p.opacity = 0; });
+    const auto ahead = texturesWanted(*makeFrameSnapshot(tree, kScreen, 1), Seconds{0});
+    const double share =
+        std::min(one.leastShare * one.picture.width, one.picture.height * kScreen.width / kScreen.height) /
+        one.picture.width;
+    const double scale = kScreen.width / (share * one.picture.width);
+    const auto needed = mostDetailedLevel(*picture, {one.picture.width * scale, one.picture.height * scale},
+                                          1, ContentsFilter::Trilinear);
+    EXPECT_LE(ahead[0].mostDetailedLevel, needed) << one.picture.width << " x " << one.picture.height;
+  }
+}
+
+TEST_F(TexturesWantedTest, aPictureShownAndHeldReadyIsWantedOnceAsShown) {
+  const BitmapRef one = makeBitmap({1300, 1000});
+  Layer* ahead = root.addSublayer(plainPictureLayer(one, kScreen));
+  ahead->edit([](LayerProperties& p) {
+    p.opacity = 0;
+    p.zPosition = -10;
+  });
+  EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{one, 0, false}}));
+  root.addSublayer(plainPictureLayer(one, kScreen));
+  EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{one, 1, true}}));
+}
+
+TEST_F(TexturesWantedTest, whatIsShownComesFirst) {
+  const BitmapRef next = makeBitmap({300, 200});
+  root.addSublayer(plainPictureLayer(next, kScreen))->edit([](LayerProperties& p) {
+    p.opacity = 0;
+    p.zPosition = -10;
+  });
+  root.addSublayer(plainPictureLayer(photo, kScreen));
+  ASSERT_EQ(wanted().size(), 2U);
+  EXPECT_EQ(wanted()[0].bitmap, photo);
+  EXPECT_EQ(wanted()[1].bitmap, next);
+}
+
+TEST_F(TexturesWantedTest, hiddenLayersKeepTheirTextures) {
+  root.addSublayer(plainPictureLayer(photo, kScreen));
+  root.edit([](LayerProperties& p) { p.hidden = true; });
+  ASSERT_EQ(wanted().size(), 1U);
+  EXPECT_FALSE(wanted()[0].shown);
+}
+
+TEST_F(TexturesWantedTest, aPictureAboutToFadeInCountsAsShown) {
+  Layer* layer = root.addSublayer(plainPictureLayer(photo, kScreen));
+  addFade(*layer, 2, 0, 1, Seconds{1});  // its opacity is 0 at the time asked for
+  EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{photo, 1, true}}));
+}
+
+TEST_F(TexturesWantedTest, aPictureFadedOutIsOnlyKept) {
+  Layer* layer = root.addSublayer(plainPictureLayer(photo, kScreen));
+  addFade(*layer, 1, 1, 0, Seconds{0});
+  ASSERT_EQ(wanted().size(), 1U);
+  EXPECT_FALSE(wanted()[0].shown);
+}
+
+}  // namespace
+}  // namespace lumivane
