@@ -45,7 +45,7 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
   ThreadSerialQueues queues(log);
   QtDisplays displays;
   QtTextRenderer text;
-  FileImageDecoder decoder(log);
+  FileImageDecoder decoder;
   TwisterRandom random;
   ProcFreeMemory memory;
   SharedTables tables;

@@ -18,7 +18,7 @@ void ImageHistory::storeInHistoryImage(BitmapRef image, std::shared_ptr<const Pr
   imageHistoryIndex_ = 0;
   if (clearImageHistory_) {
     clear();
-  } else if (newest().index == index) {
+  } else if (newest().img && newest().index == index) {
     return;
   }
   followFreeMemory();

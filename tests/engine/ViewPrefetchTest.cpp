@@ -37,10 +37,10 @@ TEST_F(ViewPrefetchTest, parksThePictureOnAHiddenLayer) {
   EXPECT_EQ(view->prefetchLayer()->properties().zPosition, -10);
   EXPECT_EQ(view->prefetchLayer()->properties().opacity, 0);
   EXPECT_EQ(view->prefetchLayer()->properties().contents, view->prefetchSlot().prefetched_image_);
-  const Layer* first = view->prefetchLayer();
+  const BitmapRef first = view->prefetchLayer()->properties().contents;
   runUntilChange();
   run(Seconds{2.1});
-  EXPECT_NE(view->prefetchLayer(), first);
+  EXPECT_NE(view->prefetchLayer()->properties().contents, first);
   EXPECT_EQ(view->mainLayer().sublayers().size(), 4U) << "current, prefetched, text, help";
 }
 
@@ -90,7 +90,7 @@ TEST_F(ViewPrefetchTest, aChangeThatComesTooEarlyWaitsAPeriod) {
   run(Seconds{10.02});
   EXPECT_EQ(view->filename(), path(1));
   EXPECT_TRUE(log.has("Background thread still loading: " + path(2), LogLevel::Information));
-  run(Seconds{29.9});
+  run(Seconds{30.2});
   EXPECT_EQ(view->filename(), path(2));
 }
 

@@ -28,7 +28,7 @@ TEST_F(ViewSetupTest, saysWhenItsVersionIsUnknown) {
   bare.programVersion = {};
   view = LumivaneView::initWithFrame({}, false, bare);
   EXPECT_TRUE(log.has("CFBundleShortVersionString not found!", LogLevel::Error));
-  EXPECT_EQ(log.countStartingWith("LumivaneApp started (version: ? (#??))"), 1U);
+  EXPECT_EQ(log.countStartingWith("LumivaneApp started (version: ? (#\?\?))"), 1U);
 }
 
 TEST_F(ViewSetupTest, makesTheLayers) {
