@@ -18,9 +18,9 @@ namespace lumivane {
 
 class FramePacer {
  public:
-  // So many frames in a row have to begin early before deadlines are used; a display that sets the pace may take a
-  // few frames at once when it starts.
-  static constexpr int kProof = 6;
+  // So many frames in a row have to begin early before deadlines are used: a display that sets the pace takes up to
+  // three at once when it starts, and up to four more begin early until they have fallen into step with it.
+  static constexpr int kProof = 12;
 
   explicit FramePacer(Nanoseconds interval);
 
