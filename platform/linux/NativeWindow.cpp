@@ -40,6 +40,8 @@ SlideshowWindow::NativeWindow::NativeWindow(const QSurfaceFormat& format, Window
   resizeQuiet_.setSingleShot(true);
   resizeQuiet_.setInterval(kQuietAfterResize);
   connect(&resizeQuiet_, &QTimer::timeout, this, [this] { listener_.windowLiveResizeEnded(); });
+  // Besides the event, which comes only when a window manager confirms.
+  connect(this, &QWindow::windowStateChanged, this, [this] { statesChanged(windowStates()); });
   connect(this, &QWindow::screenChanged, this, [this](QScreen* screen) {
     watchRefreshRateOf(screen);
     if (screen != nullptr) listener_.windowDisplayChanged(displayNumberOf(screen));

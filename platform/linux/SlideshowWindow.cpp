@@ -7,6 +7,7 @@
 
 #include "platform/linux/NativeWindow.h"
 #include "platform/linux/QtDisplays.h"
+#include "platform/linux/X11WindowManager.h"
 
 namespace lumivane {
 namespace {
@@ -97,8 +98,14 @@ void SlideshowWindow::show() {
 }
 
 void SlideshowWindow::toggleFullScreen() {
+  const bool entering = !isFullScreen();
+  if (entering) frameBeforeFullScreen_ = native_->geometry();
   native_->setWindowStates((native_->windowStates() ^ Qt::WindowFullScreen) &
                            ~Qt::WindowStates(Qt::WindowMinimized));
+  // Nobody else will. Where there is a window manager, it takes a size from us as the wish to leave full screen.
+  if (!lacksWindowManager()) return;
+  native_->setGeometry(entering && native_->screen() != nullptr ? native_->screen()->geometry()
+                                                                : frameBeforeFullScreen_);
 }
 
 void SlideshowWindow::close() {

@@ -6,6 +6,7 @@
 // Errors:  none.
 #pragma once
 
+#include <QRect>
 #include <QSurfaceFormat>
 #include <memory>
 
@@ -50,6 +51,7 @@ class SlideshowWindow final : public HostWindow {
  private:
   class NativeWindow;
   std::unique_ptr<NativeWindow> native_;
+  QRect frameBeforeFullScreen_;
 };
 
 }  // namespace lumivane
