@@ -58,10 +58,10 @@ TEST(FramePacer, isHeldOnlyByTheDisplayWhereSwapsWait) {
 
 TEST(FramePacer, aFewEarlyFramesDoNotHideThatSwapsWait) {
   Machine machine;
-  for (int i = 0; i < FramePacer::kProof - 1; ++i)
-    machine.frame(milliseconds{1});  // taken at once, into a queue
-  for (int i = 0; i < 10; ++i) machine.frameWithSync(milliseconds{1});
+  for (int i = 0; i < 4; ++i) machine.frame(milliseconds{1});  // taken at once, into a queue
+  for (int i = 0; i < 20; ++i) machine.frameWithSync(milliseconds{1});
   EXPECT_EQ(machine.pacer.waitBefore(machine.now), Nanoseconds{0});
+  EXPECT_EQ(machine.frameWithSync(milliseconds{1}), kInterval);
 }
 
 TEST(FramePacer, framesThatCostNothingDoNotFollowEachOtherWithoutEnd) {

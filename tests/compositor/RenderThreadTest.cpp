@@ -152,7 +152,8 @@ class RenderThreadTest : public testing::Test {
     publish();
     return notes.waitUntil([&] {
       if (notes.drawn.empty() || notes.drawn.back().quads.empty()) return false;
-      return std::get<ColorQuad>(notes.drawn.back().quads[0]).color.red == static_cast<float>(mark);
+      const auto* ground = std::get_if<ColorQuad>(&notes.drawn.back().quads[0]);
+      return ground != nullptr && ground->color.red == static_cast<float>(mark);
     });
   }
 
