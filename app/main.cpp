@@ -44,7 +44,7 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
   SettingsStore settings(files, log, folders.config);
   ThreadSerialQueues queues(log);
   QtDisplays displays;
-  QtTextRenderer text;
+  QtTextRenderer text(log);
   FileImageDecoder decoder;
   TwisterRandom random;
   ProcFreeMemory memory;
