@@ -25,11 +25,16 @@ SizePt largestBounds(const LayerSnapshot& layer) {
   return largest;
 }
 
-SizePt largestExtent(const LayerSnapshot& layer, bool shown) {
+// A layer that was never given any motion or fade and cannot be seen is held ready to be shown.
+bool isHeldReady(const LayerVisit& visit) {
+  return !visit.visible && visit.layer->animations.empty();
+}
+
+SizePt largestExtent(const LayerSnapshot& layer, bool heldReady) {
   const SizePx pixels = layer.properties.contents->displaySize();
   const SizePt content{static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
   const SizePt bounds = largestBounds(layer);
-  if (shown) return contentsSize(bounds, content, layer.properties.contentsGravity);
+  if (!heldReady) return contentsSize(bounds, content, layer.properties.contentsGravity);
   const SizePt filling = contentsSize(bounds, content, ContentsGravity::ResizeAspectFill);
   return {filling.width * kGrowthAhead, filling.height * kGrowthAhead};
 }
@@ -54,7 +59,7 @@ std::vector<WantedTexture> texturesWanted(const FrameSnapshot& frame, Seconds pr
   visitLayers(frame, presentationTime, [&](const LayerVisit& visit) {
     const LayerProperties& properties = visit.layer->properties;
     if (!properties.contents) return;
-    const SizePt extent = largestExtent(*visit.layer, visit.visible);
+    const SizePt extent = largestExtent(*visit.layer, isHeldReady(visit));
     const std::size_t level =
         mostDetailedLevel(*properties.contents, extent, frame.scale, properties.minificationFilter);
     merge({properties.contents, level, visit.visible}, wanted);

@@ -14,8 +14,8 @@ namespace lumivane {
 
 // Every layer with contents wants its texture, hidden and transparent ones too: a layer of opacity 0 is how a
 // picture is taken up before it is needed. The levels are those that the layer can sample at the largest extent
-// that its motion reaches. For a layer that cannot be seen this is a guess, since the motion comes with the showing:
-// kGrowthAhead times the extent at which it would fill its bounds.
+// that its motion reaches. For a layer that cannot be seen and has no animation yet this is a guess, since the
+// motion comes with the showing: kGrowthAhead times the extent at which it would fill its bounds.
 [[nodiscard]] std::vector<WantedTexture> texturesWanted(const FrameSnapshot& frame, Seconds presentationTime);
 
 // A pan across seven tenths of a picture shows it 1.43 times as large as the screen, across half of a panorama

@@ -30,6 +30,10 @@ class FrameEnd {
   SnapshotMailbox& mailbox_;
 };
 
+bool isEmpty(SizePx size) {
+  return size.width <= 0 || size.height <= 0;
+}
+
 Nanoseconds intervalOf(const GlSurface& surface) {
   return wholeNanoseconds(surface.refreshInterval());
 }
@@ -55,7 +59,8 @@ void FrameLoop::run() {
       next_ = turn(news);
     } catch (const std::exception& failure) {
       logOnce(failure.what());
-      next_ = Next::Sleep;
+      // What cannot be set up is tried again only when there is something new to show: it takes long to fail.
+      next_ = painter_ ? Next::Retry : Next::Sleep;
     }
   }
   closeDown();
@@ -79,7 +84,7 @@ SnapshotMailbox::News FrameLoop::waitFor(Next next) {
 FrameLoop::Next FrameLoop::turn(const SnapshotMailbox::News& news) {
   if (news.snapshot) snapshot_ = news.snapshot;
   if (!snapshot_) return Next::Sleep;
-  if (!surface_.drawable()) return Next::Retry;
+  if (!surface_.drawable() || isEmpty(surface_.sizePx())) return Next::Retry;
   if (!surface_.makeCurrent()) {
     logOnce("the GL context of the window is not to be had");
     return Next::Retry;

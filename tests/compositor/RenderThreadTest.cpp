@@ -58,6 +58,7 @@ struct Notes {
   // Told to the thread.
   bool contextThere = true;
   bool drawable = true;
+  SizePx size{320, 180};
   bool painterThrows = false;
   bool drawThrows = false;
   std::optional<std::string> failure;
@@ -81,7 +82,10 @@ class NotingSurface final : public GlSurface {
   void swapBuffers() override {
     notes_.note([&] { ++notes_.swaps; });
   }
-  [[nodiscard]] SizePx sizePx() const override { return {320, 180}; }
+  [[nodiscard]] SizePx sizePx() const override {
+    const std::lock_guard lock(notes_.mutex);
+    return notes_.size;
+  }
   [[nodiscard]] Seconds refreshInterval() const override { return Seconds{0.001}; }
   [[nodiscard]] bool drawable() const override {
     const std::lock_guard lock(notes_.mutex);
@@ -358,6 +362,30 @@ TEST_F(RenderThreadTest, aLostContextIsNotTouchedAnyMore) {
   thread.reset();
   EXPECT_EQ(notes.abandoned, 1);
   EXPECT_EQ(notes.paintersAlive, 0);
+}
+
+TEST_F(RenderThreadTest, motionGoesOnAfterAnExceptionWithoutANewTree) {
+  root.addSublayer(plainPictureLayer(makeBitmap({4, 4}), kScreen))
+      ->addAnimation(swinging(KeyPath::BoundsSize, SizePt{1, 1}, SizePt{2, 2}, 1), "zoom", Seconds{0});
+  notes.drawThrows = true;
+  start();
+  publish();
+  thread->setExposed(true);
+  ASSERT_TRUE(notes.waitUntil([&] { return notes.uploads >= 1; }));
+  notes.note([&] { notes.drawThrows = false; });
+  EXPECT_TRUE(waitForSwaps(3));
+}
+
+TEST_F(RenderThreadTest, aSurfaceOfUnknownSizeIsLeftAloneUntilItIsKnown) {
+  notes.size = {0, 0};
+  start();
+  publish();
+  thread->setExposed(true);
+  thread->setExposed(false);
+  EXPECT_EQ(notes.madeCurrent, 0);
+  thread->setExposed(true);
+  notes.note([&] { notes.size = {320, 180}; });
+  EXPECT_TRUE(waitForSwaps(1));
 }
 
 TEST_F(RenderThreadTest, aSurfaceThatCannotBeDrawnToIsLeftAlone) {
