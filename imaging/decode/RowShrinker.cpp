@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstring>
 #include <numbers>
+#include <type_traits>
 #include <utility>
 
 namespace lumivane {
@@ -25,7 +26,8 @@ double lanczos(double x) {
   return kLobes * std::sin(p) * std::sin(p / kLobes) / (p * p);
 }
 
-std::size_t roundedUp(std::size_t value, std::size_t step) {
+template <typename Number>
+Number roundedUp(Number value, std::type_identity_t<Number> step) {
   return (value + step - 1) / step * step;
 }
 
@@ -133,8 +135,7 @@ void keepColourBelowAlpha(std::uint8_t* row, int pixels) {
 
 }  // namespace
 
-std::vector<RowShrinker::Taps> RowShrinker::lanczosTaps(int from, int to) {
-  const double ratio = static_cast<double>(from) / to;
+std::vector<RowShrinker::Taps> RowShrinker::lanczosTaps(int from, int to, double ratio) {
   std::vector<Taps> all(static_cast<std::size_t>(to));
   for (int i = 0; i < to; ++i) {
     const double center = (i + 0.5) * ratio - 0.5;
@@ -150,11 +151,13 @@ std::vector<RowShrinker::Taps> RowShrinker::lanczosTaps(int from, int to) {
 RowShrinker::RowShrinker(SizePx from, SizePx to, Destination destination)
     : from_(from),
       box_{from.width / to.width, from.height / to.height},
-      boxed_{from.width / box_.width, from.height / box_.height},
+      boxed_{roundedUp(from.width, box_.width) / box_.width,
+             roundedUp(from.height, box_.height) / box_.height},
       to_(to),
       destination_(std::move(destination)),
-      columns_(lanczosTaps(boxed_.width, to.width)),
-      rows_(lanczosTaps(boxed_.height, to.height)),
+      columns_(lanczosTaps(boxed_.width, to.width, static_cast<double>(from.width) / box_.width / to.width)),
+      rows_(
+          lanczosTaps(boxed_.height, to.height, static_cast<double>(from.height) / box_.height / to.height)),
       rowBytes_(roundedUp(static_cast<std::size_t>(to.width) * kChannels, 16)) {
   sums_.resize(static_cast<std::size_t>(boxed_.width) * kChannels, 0);
   boxedRow_.resize(static_cast<std::size_t>(boxed_.width) * kChannels + 16, 0);
@@ -171,15 +174,24 @@ void RowShrinker::add(const std::uint8_t* row) {
     addBoxed(boxedRow_.data());
     return;
   }
-  for (int x = 0; x < boxed_.width; ++x) {
-    for (int k = 0; k < box_.width; ++k, row += kChannels) {
-      for (int c = 0; c < kChannels; ++c) sums_[static_cast<std::size_t>(x * kChannels + c)] += row[c];
-    }
+  for (int x = 0; x < from_.width; ++x, row += kChannels) {
+    std::uint32_t* sum = &sums_[static_cast<std::size_t>(x / box_.width) * kChannels];
+    for (int k = 0; k < kChannels; ++k) sum[k] += row[k];
   }
-  if (++rowsInBlock_ < box_.height) return;
-  const auto area = static_cast<std::uint32_t>(box_.width) * static_cast<std::uint32_t>(box_.height);
-  for (std::size_t i = 0; i < sums_.size(); ++i) {
-    boxedRow_[i] = static_cast<std::uint8_t>((sums_[i] + area / 2) / area);
+  ++rowsSeen_;
+  ++rowsInBlock_;
+  if (rowsInBlock_ == box_.height || rowsSeen_ == from_.height) finishBlock();
+}
+
+// The last block of a row or column may be cut off by the picture's edge; its mean is of what there is.
+void RowShrinker::finishBlock() {
+  for (int x = 0; x < boxed_.width; ++x) {
+    const int across = std::min(box_.width, from_.width - x * box_.width);
+    const auto area = static_cast<std::uint32_t>(across) * static_cast<std::uint32_t>(rowsInBlock_);
+    for (int k = 0; k < kChannels; ++k) {
+      const auto i = static_cast<std::size_t>(x * kChannels + k);
+      boxedRow_[i] = static_cast<std::uint8_t>((sums_[i] + area / 2) / area);
+    }
   }
   std::fill(sums_.begin(), sums_.end(), 0U);
   rowsInBlock_ = 0;

@@ -34,8 +34,10 @@ class RowShrinker {
     int first = 0;
     std::vector<std::int16_t> weights;  // sum is 1 << 14
   };
-  static std::vector<Taps> lanczosTaps(int from, int to);
+  // `ratio` is how many of the `from` pixels make one of the `to` pixels; the last of them may be cut off.
+  static std::vector<Taps> lanczosTaps(int from, int to, double ratio);
 
+  void finishBlock();
   void addBoxed(const std::uint8_t* row);
   void emitReadyRows();
   void shrinkAcross(const std::uint8_t* row, std::uint8_t* out) const;
@@ -54,6 +56,7 @@ class RowShrinker {
   // While rows come in
   std::vector<std::uint32_t> sums_;  // of the block of rows being averaged
   int rowsInBlock_ = 0;
+  int rowsSeen_ = 0;
   std::vector<std::uint8_t> boxedRow_;  // padded: filters read two pixels at a time
   std::vector<std::uint8_t> ring_;      // the last rows, shrunk across
   int ringRows_ = 0;
