@@ -90,7 +90,11 @@ DisplaySettings loadSettings(const SettingsDomain* domain) {
 }
 
 void saveSettings(SettingsDomain& domain, const DisplaySettings& settings) {
-  for (const SettingRow& row : settingsTable()) std::visit(WriteField{domain, row, settings}, row.field);
+  for (const SettingRow& row : settingsTable()) saveSetting(domain, row, settings);
+}
+
+void saveSetting(SettingsDomain& domain, const SettingRow& row, const DisplaySettings& settings) {
+  std::visit(WriteField{domain, row, settings}, row.field);
 }
 
 }  // namespace lumivane

@@ -15,6 +15,7 @@
 #include "platform/Log.h"
 #include "settings/DisplaySettings.h"
 #include "settings/SettingsDomain.h"
+#include "settings/SettingsTable.h"
 
 namespace lumivane {
 
@@ -40,7 +41,8 @@ class SettingsStore {
 // No domain (nullptr): all zero and empty.
 [[nodiscard]] DisplaySettings loadSettings(const SettingsDomain* domain);
 
-// Every key from its field. Nothing reaches the file before the domain is synchronized.
+// Every key from its field, or one. Nothing reaches the file before the domain is synchronized.
 void saveSettings(SettingsDomain& domain, const DisplaySettings& settings);
+void saveSetting(SettingsDomain& domain, const SettingRow& row, const DisplaySettings& settings);
 
 }  // namespace lumivane

@@ -1,0 +1,161 @@
+// lumivane collect
+#include <dirent.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <stop_token>
+#include <system_error>
+#include <thread>
+
+#include "collection/DirectoryWalk.h"
+#include "collection/FinishedScan.h"
+#include "collection/FollowedFolders.h"
+#include "collection/ImageListFile.h"
+#include "engine/LastRunRecord.h"
+#include "platform/PrintableText.h"
+#include "settings/DisplayFileName.h"
+#include "settings/PreferencesStore.h"
+#include "tools/CollationLocale.h"
+#include "tools/ProgressLine.h"
+#include "tools/Tool.h"
+
+namespace lumivane {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kHelp =
+    "Usage: lumivane collect [--display NAME] [--follow-links] FOLDER\n"
+    "\n"
+    "Finds the pictures in FOLDER and below it and keeps them for a display, in place of\n"
+    "those that were collected before. Files that are too small or match one of the\n"
+    "display's skip patterns are left out.\n"
+    "\n"
+    "  --display NAME  the display (see lumivane displays); else the one that the\n"
+    "                  slideshow opens on\n"
+    "  --follow-links  include folders that symbolic links lead to\n";
+
+// While it lives, an interrupt waits: list and settings are stored both or not at all.
+class InterruptsHeldBack {
+ public:
+  InterruptsHeldBack() {
+    sigset_t interrupts;
+    sigemptyset(&interrupts);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&interrupts, signal);
+    pthread_sigmask(SIG_BLOCK, &interrupts, &former_);
+  }
+  ~InterruptsHeldBack() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
+  InterruptsHeldBack(const InterruptsHeldBack&) = delete;
+  InterruptsHeldBack& operator=(const InterruptsHeldBack&) = delete;
+
+ private:
+  sigset_t former_{};
+};
+
+// The folder as an absolute path. Links stay as the user named them, unless ".." makes that ambiguous.
+std::string absoluteFolder(const std::string& folder) {
+  std::error_code error;
+  const fs::path path = fs::absolute(folder, error);
+  if (error) return folder;
+  if (std::ranges::find(path, fs::path("..")) != path.end()) {
+    const fs::path resolved = fs::canonical(path, error);
+    if (!error) return resolved.string();
+  }
+  std::string normal = path.lexically_normal().string();
+  while (normal.size() > 1 && normal.ends_with('/')) normal.pop_back();
+  return normal;
+}
+
+// Empty, or why nothing can be collected from the folder.
+std::string problemWith(const std::string& folder) {
+  if (!isValidUtf8(folder) || folder.find('\n') != std::string::npos) {
+    return "the list of pictures cannot hold the folder's name: " + printable(folder);
+  }
+  DIR* opened = ::opendir(folder.c_str());
+  const int number = errno;
+  if (opened != nullptr) ::closedir(opened);
+  if (opened != nullptr && ::access(folder.c_str(), X_OK) == 0) return {};
+  return printable(folder) + ": " + std::generic_category().message(opened == nullptr ? number : errno);
+}
+
+WalkResult walk(const Tool& tool, WalkRequest request) {
+  DirectoryWalk walk(std::move(request), tool.log);
+  ProgressLine progress(tool.err, tool.onTerminal);
+  if (!progress.active()) {
+    walk.scanDirectoryByHand();
+    return walk.takeResult();
+  }
+  constexpr std::chrono::milliseconds kBetweenLooks{100};
+  walk.start();
+  while (!walk.isFinished()) {
+    progress.show("num images so far = " + std::to_string(walk.numImages()));
+    std::this_thread::sleep_for(kBetweenLooks);
+  }
+  return walk.takeResult();
+}
+
+// Keeps when the pictures were collected; the show begins anew with them.
+void storeLastScan(const Tool& tool, const std::string& token) {
+  LastRunRecord record(tool.files, tool.log);
+  const LastRun fresh{0, tool.clock.wallTime()};
+  const std::string path = tool.folders.data + "/LumivaneLastRunInfo." + token + ".plist";
+  if (record.loadLastRunInfo(path, fresh)) record.saveLastRunInfo(fresh);
+}
+
+// In the order of a scan in the preferences: the list, then the settings that name its folders.
+bool store(const Tool& tool, const std::string& display, FinishedScan scan, PreferencesStore& preferences,
+           DisplaySettings settings) {
+  const InterruptsHeldBack held;
+  const std::size_t errorsBefore = tool.log.errors();
+  const std::string token = fileNameToken(display);
+  saveImageList(tool.files, tool.folders.data + "/" + imageListFileName(token), scan.imagefiles, tool.log);
+  if (tool.log.errors() != errorsBefore) return false;
+  settings.directoryBookmarks_ = std::move(*scan.directoryBookmarks);
+  settings.useAlbum_ = false;
+  if (!preferences.save(settings)) return false;
+  storeLastScan(tool, token);
+  return true;
+}
+
+ExitStatus collect(const Tool& tool, const Arguments& arguments) {
+  const std::string folder = absoluteFolder(arguments.operands.front());
+  if (const std::string problem = problemWith(folder); !problem.empty()) return fail(tool, problem);
+  if (tool.folders.data.empty()) return fail(tool, "there is no folder to keep the list in: HOME is not set");
+  const std::string display = displayNameFor(tool, arguments);
+
+  SettingsStore settingsStore(tool.files, tool.log, tool.folders.config);
+  PreferencesStore preferences(settingsStore, tool.log);
+  DisplaySettings settings = preferences.load(display);
+  FollowedFolders followed(folder);
+  WalkRequest request{folder, settings.excludekB_, settings.skipPatterns_, {}};
+  if (arguments.has("--follow-links")) {
+    request.askPermission = [&](const std::string& found, const std::stop_token& /*stop*/) {
+      return followed.answer(found);
+    };
+  }
+  FinishedScan scan =
+      finishScan(walk(tool, std::move(request)), false, collationLocale(tool.environment), tool.log);
+  if (!scan.directoryBookmarks || scan.directoryBookmarks->empty()) {
+    return fail(tool, printable(folder) + " cannot be remembered; nothing was changed");
+  }
+  const std::string counts = scan.countText;
+  if (!store(tool, display, std::move(scan), preferences, std::move(settings))) {
+    return fail(tool, "the pictures of display \"" + printable(display) + "\" could not be stored");
+  }
+  tool.out << counts << '\n';
+  return ExitStatus::Done;
+}
+
+}  // namespace
+
+ExitStatus collectCommand(const Tool& tool, const std::vector<std::string>& words) {
+  const CheckedArguments checked =
+      checkArguments(tool, words, {kHelp, {{"--display", true}, {"--follow-links", false}}, 1, 1});
+  return checked.end ? *checked.end : collect(tool, checked.arguments);
+}
+
+}  // namespace lumivane
