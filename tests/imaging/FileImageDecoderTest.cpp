@@ -297,8 +297,8 @@ TEST_F(FileImageDecoderTest, alpha_is_premultiplied) {
 
 TEST_F(FileImageDecoderTest, sixteen_bits_and_grey_become_eight_bits_of_rgb) {
   const VImage deep = VImage::black(8, 8)
-                          .new_from_image({0x8000, 0x4000, 0xFFFF})
                           .cast(VIPS_FORMAT_USHORT)
+                          .new_from_image({0x8000, 0x4000, 0xFFFF})
                           .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_RGB16));
   deep.pngsave(inFolder("deep.png").c_str());
   const BitmapRef fromDeep = decoded(inFolder("deep.png"));

@@ -23,6 +23,12 @@ VImage fourQuarters(int width, int height) {
 VImage fourQuartersTurned(int width, int height, int orientation) {
   VImage picture = fourQuarters(width, height).copy();
   picture.set(VIPS_META_ORIENTATION, orientation);
+  // Some of the library's writers make no Exif block of their own: one directory with one entry, the orientation.
+  std::string exif("Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\0\0\0\0\0\0\0\0", 32);
+  exif[24] = static_cast<char>(orientation);
+  void* copy = g_memdup2(exif.data(), exif.size());
+  picture.set(
+      VIPS_META_EXIF_NAME, [](void* data, void*) -> int { return g_free(data), 0; }, copy, exif.size());
   return picture;
 }
 
