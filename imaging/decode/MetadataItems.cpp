@@ -48,14 +48,24 @@ std::optional<double> degreesFromText(const std::string& text) {
   return parts > 0 ? std::optional(degrees) : std::nullopt;
 }
 
-// Degrees, minutes, seconds; later ones may be missing. A number divided by 0 is none.
+// One number of a list; nothing when it is divided by 0.
+std::optional<double> quotient(const Exiv2::Value& value, long i) {
+  // Asked for as signed numbers, large unsigned ones would turn negative.
+  if (const auto* list = dynamic_cast<const Exiv2::URationalValue*>(&value)) {
+    const auto [above, below] = list->value_[static_cast<std::size_t>(i)];
+    return below == 0 ? std::nullopt : std::optional(static_cast<double>(above) / below);
+  }
+  const auto [above, below] = value.toRational(i);
+  return below == 0 ? std::nullopt : std::optional(static_cast<double>(above) / below);
+}
+
+// Degrees, minutes, seconds; the later ones may be missing.
 std::optional<double> degreesFromNumbers(const Exiv2::Value& value) {
-  double degrees = 0;
+  std::optional<double> degrees = quotient(value, 0);
   double unit = 1;
-  for (long i = 0; i < std::min(3L, value.count()); ++i, unit /= 60) {
-    const auto [above, below] = value.toRational(i);
-    if (below == 0 && i == 0) return std::nullopt;
-    if (below != 0) degrees += static_cast<double>(above) / below * unit;
+  for (long i = 1; degrees && i < std::min(3L, value.count()); ++i) {
+    unit /= 60;
+    *degrees += quotient(value, i).value_or(0) * unit;
   }
   return degrees;
 }
