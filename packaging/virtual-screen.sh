@@ -50,6 +50,8 @@ start_virtual_screen() {
   exec 7>&-
   export DISPLAY=:$number
   unset WAYLAND_DISPLAY QT_QPA_PLATFORM XAUTHORITY
+  # Nothing is to start a session bus for a screen that is soon gone again.
+  export DBUS_SESSION_BUS_ADDRESS=${DBUS_SESSION_BUS_ADDRESS:-unix:path=/nonexistent}
 }
 
 stop_virtual_screen() {

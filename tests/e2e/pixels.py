@@ -5,11 +5,16 @@ WIDTH, HEIGHT = 96, 54  # enough to tell pictures apart, too little to notice ho
 COUNT = WIDTH * HEIGHT * 3
 
 
-def _raw(command, source=None):
-    done = subprocess.run(command, input=source, stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=60, check=False)
+def _raw(command, environment=None):
+    done = subprocess.run(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=60, check=False)
     if done.returncode != 0 or len(done.stdout) != COUNT:
         raise RuntimeError(f"{command[0]} gave {len(done.stdout)} bytes: {done.stderr.decode(errors='replace')}")
     return list(done.stdout)
+
+
+def of_screen(environment):
+    """The whole X screen, squeezed into the small size."""
+    return _raw(["import", "-silent", "-window", "root", "-resize", f"{WIDTH}x{HEIGHT}!", "-depth", "8", "rgb:-"], environment)
 
 
 def of_file(path):

@@ -53,12 +53,7 @@ class VirtualScreen:
                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
     def shot(self):
-        done = subprocess.run(["import", "-silent", "-window", "root", "-depth", "8", "png:-"], timeout=60, check=True,
-                              env={**os.environ, **self.environment}, stdout=subprocess.PIPE)
-        with tempfile.NamedTemporaryFile(suffix=".png") as file:
-            file.write(done.stdout)
-            file.flush()
-            return pixels.of_file(file.name)
+        return pixels.of_screen({**os.environ, **self.environment})
 
     def press(self, key):
         subprocess.run(["xdotool", "key", key], env={**os.environ, **self.environment}, timeout=30, check=True)
@@ -112,12 +107,15 @@ class Slideshow:
 
     def __init__(self, home, screen):
         self.screen = screen
-        self.environment = {**without_display(), "HOME": home, "LUMIVANE_LOG": "stderr", "LC_ALL": "C.UTF-8",
+        runtime = pathlib.Path(home) / "runtime"
+        runtime.mkdir(mode=0o700, exist_ok=True)
+        self.environment = {**without_display(), "HOME": home, "XDG_RUNTIME_DIR": str(runtime), "LUMIVANE_LOG": "stderr", "LC_ALL": "C.UTF-8",
                             "XDG_CONFIG_HOME": home + "/config", "XDG_DATA_HOME": home + "/data",
                             "XDG_CACHE_HOME": home + "/cache", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent",
                             **screen.environment}
         self.process = None
         self.lines = []
+        self.shown = None
         self.unread = queue.Queue()
 
     def companion(self, *arguments):
@@ -130,7 +128,7 @@ class Slideshow:
     def set_up(self, folder, **settings):
         self.companion("collect", str(folder))
         for key, value in {**PLAIN, **settings}.items():
-            self.companion("settings", "set", key, value)
+            self.companion("settings", key, value)
 
     def start(self, *flags):
         self.process = subprocess.Popen([APP, *flags], env=self.environment, stderr=subprocess.PIPE, text=True,
@@ -143,15 +141,16 @@ class Slideshow:
             self.unread.put(line.rstrip("\n"))
 
     def next_shown(self, patience=PATIENCE):
-        """The path of the next picture that the log says is shown."""
+        """The path of the next picture that the log says is shown; the same one anew, as after a resize, is no next one."""
         deadline = time.monotonic() + patience
         while True:
             try:
                 found = SHOWN.search(self.unread.get(timeout=max(deadline - time.monotonic(), 0.01)))
             except queue.Empty:
                 raise AssertionError("no picture was shown; the log:\n" + "\n".join(self.lines[-40:])) from None
-            if found:
-                return pathlib.Path(found.group(1))
+            if found and found.group(1) != self.shown:
+                self.shown = found.group(1)
+                return pathlib.Path(self.shown)
 
     def close(self):
         if self.process is not None:
@@ -164,10 +163,14 @@ class SlideshowTest(unittest.TestCase):
 
     screen_type = VirtualScreen
 
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory(prefix="lumivane-painted-")
+        cls.addClassCleanup(folder.cleanup)
+        subprocess.run([PAINTER, folder.name, "40"], check=True, timeout=120)
+        cls.painted = folder.name
+
     def setUp(self):
-        for program in (APP, COMPANION, PAINTER):
-            if not program.exists():
-                self.fail(f"{program} was not built")
         self.home = tempfile.mkdtemp(prefix="lumivane-e2e-")
         self.addCleanup(shutil.rmtree, self.home, ignore_errors=True)
         self.screen = self.screen_type(self.home)
@@ -175,7 +178,7 @@ class SlideshowTest(unittest.TestCase):
         self.show = Slideshow(self.home, self.screen)
         self.addCleanup(self.show.close)
         self.pictures = pathlib.Path(self.home) / "pictures"
-        subprocess.run([PAINTER, self.pictures, "40"], check=True, timeout=120)
+        shutil.copytree(self.painted, self.pictures)
 
     def assert_on_screen(self, path, tolerance=6):
         """The screen comes to show that picture, fitted."""

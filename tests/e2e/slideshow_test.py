@@ -1,12 +1,11 @@
 #!/usr/bin/python3
 """The program as a user meets it: what is on the screen is what the log says, it moves, dissolves and obeys keys."""
+import subprocess
 import time
 import unittest
 
 import pixels
 from slideshow import APP, HEIGHT, WIDTH, SlideshowTest, WaylandScreen, eventually, without_display
-
-import subprocess
 
 
 class OnX11(SlideshowTest):
@@ -17,7 +16,9 @@ class OnX11(SlideshowTest):
         for _ in range(3):
             seen.append(self.show.next_shown())
             self.assert_on_screen(seen[-1])
-        self.assertEqual(seen, sorted(self.pictures.iterdir())[:3])
+        in_order = sorted(self.pictures.iterdir())
+        begin = in_order.index(seen[0])
+        self.assertEqual(seen, in_order[begin:begin + 3])
 
     def test_motion_moves(self):
         self.show.set_up(self.pictures, KenBurnsIsOn="true", DurationPerImage="20")
@@ -35,21 +36,22 @@ class OnX11(SlideshowTest):
         while time.monotonic() < until:
             self.assertEqual(pixels.distance(self.screen.shot(), first), 0)
             shots += 1
-        self.assertGreater(shots, 3)
+        self.assertGreater(shots, 1)
 
     def test_one_picture_dissolves_into_the_next(self):
         self.show.set_up(self.pictures, CrossDissolve="true", CrossDissolveDuration="5", DurationPerImage="10")
         self.show.start("-f")
         former = self.show.next_shown()
-        self.assert_on_screen(former)
-        latter = self.show.next_shown()
+        in_order = sorted(self.pictures.iterdir())
+        latter = in_order[in_order.index(former) + 1]
         start, end = (pixels.fitted(path, WIDTH, HEIGHT) for path in (former, latter))
 
         def half_way():
             part, beside = pixels.position_between(self.screen.shot(), start, end)
             return 0.15 < part < 0.85 and beside < 8
 
-        eventually(half_way, "both pictures at the same time", patience=6)
+        eventually(half_way, "both pictures at the same time", patience=40)
+        self.assertEqual(self.show.next_shown(), latter)
         self.assert_on_screen(latter)
 
     def test_a_key_brings_the_next_picture(self):
@@ -63,11 +65,13 @@ class OnX11(SlideshowTest):
         self.assert_on_screen(latter)
 
     def test_the_show_goes_on_after_a_broken_picture(self):
-        broken, *others = sorted(self.pictures.iterdir())
+        first, second, *others = sorted(self.pictures.iterdir())
         self.show.set_up(self.pictures, DurationPerImage="4")
-        broken.write_bytes(broken.read_bytes()[:2000])
+        for broken in (first, second):
+            broken.write_bytes(broken.read_bytes()[:2000])
         self.show.start("-f")
         self.assertIn(self.show.next_shown(), others)
+        self.assertTrue([line for line in self.show.lines if " error " in line and ("01 Misty" in line or "02 Dunes" in line)])
 
     def test_it_ends_when_it_is_told_to(self):
         self.show.set_up(self.pictures)
