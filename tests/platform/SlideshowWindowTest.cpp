@@ -127,7 +127,8 @@ TEST_F(SlideshowWindowTest, GoesToFullScreenAndBack) {
   ASSERT_TRUE(atRest());
   EXPECT_TRUE(window_->isFullScreen());
   EXPECT_EQ(window_->qtWindow().geometry(), QGuiApplication::primaryScreen()->geometry());
-  EXPECT_EQ(window_->surfaceState().sizePx(), (SizePx{1280, 800}));
+  const QSize screen = QGuiApplication::primaryScreen()->size();
+  EXPECT_EQ(window_->surfaceState().sizePx(), (SizePx{screen.width(), screen.height()}));
   window_->toggleFullScreen();
   ASSERT_TRUE(atRest());
   EXPECT_FALSE(window_->isFullScreen());
