@@ -25,10 +25,10 @@ enum class ContentsFilter { Linear, Trilinear };
 
 struct LayerShadow {
   Color color{0, 0, 0, 1};
-  double opacity = 0;            // 0 = no shadow
-  double radius = 3;             // points; the standard deviation of the blur
+  double opacity = 0;  // 0 = no shadow
+  double radius = 3;   // points; the standard deviation of the blur
   PointPt offset{0, 0};
-  std::optional<RectPt> path;    // the rectangle that casts it, in the layer's own coordinates; absent: none
+  std::optional<RectPt> path;  // the rectangle that casts it, in the layer's own coordinates; absent: none
 };
 
 // Everything about a layer but its place in the tree and its animations. Plain values, copied into snapshots.
