@@ -34,8 +34,10 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
 
   masterViewController_.viewDidLoad({{0, 0}, window_->frame().size});
   LumivaneView& view = masterViewController_.saver();
-  commit_ =
-      std::make_unique<LayerTreeCommit>(view.mainLayer(), *window_, *renderThread_, host_.clock, mainLoop_);
+  commit_ = std::make_unique<LayerTreeCommit>(
+      view.mainLayer(), *window_,
+      [this](std::shared_ptr<const FrameSnapshot> snapshot) { renderThread_->publish(std::move(snapshot)); },
+      host_.clock, mainLoop_);
   mainLoop_.atEndOfTurn([this] { commit_->commit(); });
 
   window_->show();

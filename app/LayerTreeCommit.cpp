@@ -1,19 +1,20 @@
 #include "app/LayerTreeCommit.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace lumivane {
 
-LayerTreeCommit::LayerTreeCommit(Layer& root, const HostWindow& window, RenderThread& renderThread,
-                                 const Clock& clock, MainLoop& mainLoop)
-    : root_(root), window_(window), renderThread_(renderThread), clock_(clock), mainLoop_(mainLoop) {}
+LayerTreeCommit::LayerTreeCommit(Layer& root, const HostWindow& window, Publish publish, const Clock& clock,
+                                 MainLoop& mainLoop)
+    : root_(root), window_(window), publish_(std::move(publish)), clock_(clock), mainLoop_(mainLoop) {}
 
 void LayerTreeCommit::commit() {
   const Viewport viewport{window_.frame().size, window_.scale()};
   if (committedRevision_ == root_.treeRevision() && committedViewport_ == viewport) return;
   committedRevision_ = root_.treeRevision();
   committedViewport_ = viewport;
-  renderThread_.publish(makeFrameSnapshot(root_, viewport.size, viewport.scale));
+  publish_(makeFrameSnapshot(root_, viewport.size, viewport.scale));
   watchNextAnimationEnd();
 }
 

@@ -8,11 +8,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
 #include "compositor/model/Layer.h"
-#include "compositor/render/RenderThread.h"
+#include "compositor/model/LayerSnapshot.h"
 #include "platform/Clock.h"
 #include "platform/MainLoop.h"
 #include "platform/Window.h"
@@ -21,7 +22,10 @@ namespace lumivane {
 
 class LayerTreeCommit {
  public:
-  LayerTreeCommit(Layer& root, const HostWindow& window, RenderThread& renderThread, const Clock& clock,
+  // Hands a snapshot to whoever draws it.
+  using Publish = std::function<void(std::shared_ptr<const FrameSnapshot>)>;
+
+  LayerTreeCommit(Layer& root, const HostWindow& window, Publish publish, const Clock& clock,
                   MainLoop& mainLoop);
 
   // At the end of a turn of the main loop: publishes the tree if it, the window's size or its scale changed.
@@ -40,7 +44,7 @@ class LayerTreeCommit {
 
   Layer& root_;
   const HostWindow& window_;
-  RenderThread& renderThread_;
+  const Publish publish_;
   const Clock& clock_;
   MainLoop& mainLoop_;
   std::optional<std::uint64_t> committedRevision_;

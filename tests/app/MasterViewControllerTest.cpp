@@ -1,0 +1,47 @@
+#include "app/MasterViewController.h"
+
+#include "tests/support/ViewTest.h"
+
+namespace lumivane {
+namespace {
+
+struct MasterViewControllerTest : ViewTest {
+  std::unique_ptr<MasterViewController> controller;
+
+  void load() {
+    listPictures(5);
+    settingsStore = std::make_unique<SettingsStore>(files, log, folders.config);
+    controller = std::make_unique<MasterViewController>(host());
+    controller->viewDidLoad({{0, 0}, {800, 600}});
+    controller->viewWillMoveToWindow(&window);
+  }
+};
+
+TEST_F(MasterViewControllerTest, drivesTheViewFiftyTimesASecond) {
+  load();
+  EXPECT_TRUE(controller->saver().filename().empty());
+  loop.runFor(std::chrono::milliseconds(19));
+  EXPECT_TRUE(controller->saver().filename().empty());
+  loop.runFor(std::chrono::milliseconds(1));
+  const std::string first = controller->saver().filename();
+  EXPECT_FALSE(first.empty());
+  loop.runFor(std::chrono::seconds(10));
+  EXPECT_NE(controller->saver().filename(), first);
+}
+
+TEST_F(MasterViewControllerTest, requestsNoFramesOnceItsViewDisappears) {
+  load();
+  controller->viewWillDisappear();
+  loop.runFor(std::chrono::minutes(5));
+  EXPECT_TRUE(controller->saver().filename().empty());
+}
+
+TEST_F(MasterViewControllerTest, handsKeysToTheView) {
+  load();
+  loop.runFor(std::chrono::milliseconds(20));
+  controller->keyDown({U'b', kNoModifiers, false});
+  EXPECT_TRUE(controller->saver().currentLayer()->properties().hidden);
+}
+
+}  // namespace
+}  // namespace lumivane
