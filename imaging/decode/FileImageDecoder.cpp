@@ -16,18 +16,35 @@ namespace lumivane {
 
 namespace {
 
+// More pixels than any camera makes; beyond this a picture is refused before memory is asked for.
+constexpr long long kMostPixels = 600'000'000;
+// Most formats are decoded as a whole by their libraries, a few bytes for each pixel.
+constexpr long long kMostPixelsAtOnce = 300'000'000;
+
+bool isDecodableSize(SizePx size, PictureType type) {
+  const bool rowByRow = type == PictureType::Jpeg || type == PictureType::Png || type == PictureType::Tiff ||
+                        type == PictureType::Bmp;
+  if (size.width <= 0 || size.height <= 0) return false;
+  return static_cast<long long>(size.width) * size.height <= (rowByRow ? kMostPixels : kMostPixelsAtOnce);
+}
+
 OpenedCodec openTiff(const PictureFile& file) {
   if (mayBeCameraRaw(file)) {
     OpenedCodec raw = openRawCodec(file);
     if (raw.status != ImageSourceStatus::UnknownType) return raw;
   }
-  return openVipsCodec(file, PictureType::Tiff, std::nullopt);
+  return openVipsCodec(file, PictureType::Tiff, {});
 }
 
 OpenedCodec openJpeg(const PictureFile& file) {
   OpenedCodec opened = openJpegCodec(file);
   if (opened.codec || opened.status != ImageSourceStatus::Complete) return opened;
-  return openVipsCodec(file, PictureType::Jpeg, std::nullopt);
+  return openVipsCodec(file, PictureType::Jpeg, {});
+}
+
+OpenedCodec openJxl(const PictureFile& file) {
+  const JxlHeader header = jxlHeaderOf(file).value_or(JxlHeader{});
+  return openVipsCodec(file, PictureType::Jxl, {.turn = header.turn, .premultiplied = header.premultiplied});
 }
 
 OpenedCodec openCodec(const PictureFile& file, PictureType type) {
@@ -43,15 +60,15 @@ OpenedCodec openCodec(const PictureFile& file, PictureType type) {
     case PictureType::CameraRaw:
       return openRawCodec(file);
     case PictureType::Heif:
-      return openVipsCodec(file, type, heifTurnOf(file));
+      return openVipsCodec(file, type, {.turn = heifTurnOf(file)});
     case PictureType::Jxl:
-      return openVipsCodec(file, type, jxlTurnOf(file).value_or(1));
+      return openJxl(file);
     case PictureType::Jp2:
-      return openVipsCodec(file, type, 1);
+      return openVipsCodec(file, type, {.turn = 1});
     case PictureType::Png:
     case PictureType::Gif:
     case PictureType::WebP:
-      return openVipsCodec(file, type, std::nullopt);
+      return openVipsCodec(file, type, {});
   }
   return {nullptr, ImageSourceStatus::UnknownType};
 }
@@ -83,7 +100,8 @@ class FileImageSource final : public ImageSource {
   }
 
   BitmapRef thumbnail(int maxPixelSize) override {
-    if (!opened_.codec || maxPixelSize < 1 || !isDecodableSize(opened_.codec->header().size)) return nullptr;
+    if (!opened_.codec || maxPixelSize < 1 || !isDecodableSize(opened_.codec->header().size, type_))
+      return nullptr;
     const OrientationCode stored = properties()->orientation.value_or(1);
     return opened_.codec->decode(*pool_, maxPixelSize, stored >= 1 && stored <= 8 ? stored : 1);
   }

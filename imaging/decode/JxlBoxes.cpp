@@ -105,7 +105,7 @@ void store(std::string_view type, const std::vector<std::byte>& content, JxlMeta
 
 }  // namespace
 
-std::optional<OrientationCode> jxlTurnOf(const PictureFile& file) {
+std::optional<JxlHeader> jxlHeaderOf(const PictureFile& file) {
   FedDecoder decoder(file, JXL_DEC_BASIC_INFO);
   // Without this the library speaks of the picture as turned already.
   if (decoder.get() == nullptr || JxlDecoderSetKeepOrientation(decoder.get(), JXL_TRUE) != JXL_DEC_SUCCESS) {
@@ -115,7 +115,7 @@ std::optional<OrientationCode> jxlTurnOf(const PictureFile& file) {
   JxlBasicInfo info = {};
   if (JxlDecoderGetBasicInfo(decoder.get(), &info) != JXL_DEC_SUCCESS) return std::nullopt;
   const int code = static_cast<int>(info.orientation);
-  return code >= 1 && code <= 8 ? code : 1;
+  return JxlHeader{code >= 1 && code <= 8 ? code : 1, info.alpha_premultiplied != 0};
 }
 
 JxlMetadata jxlMetadataOf(const PictureFile& file) {

@@ -1,4 +1,5 @@
-// What libjxl says of a JPEG XL file without decoding its pixels: its turn, and its Exif and XMP boxes.
+// What libjxl says of a JPEG XL file without decoding its pixels: its turn and kind of alpha, and its Exif
+// and XMP boxes.
 //
 // Threads: any.
 // Errors:  nothing for a file that is not JPEG XL; what is missing, cut short or too large is left empty.
@@ -14,7 +15,12 @@
 
 namespace lumivane {
 
-[[nodiscard]] std::optional<OrientationCode> jxlTurnOf(const PictureFile& file);
+struct JxlHeader {
+  OrientationCode turn = 1;
+  bool premultiplied = false;  // the colours are stored multiplied by their alpha
+};
+
+[[nodiscard]] std::optional<JxlHeader> jxlHeaderOf(const PictureFile& file);
 
 struct JxlMetadata {
   std::vector<std::byte> exif;  // a TIFF structure

@@ -43,11 +43,4 @@ struct OpenedCodec {
   ImageSourceStatus status = ImageSourceStatus::Complete;
 };
 
-// More pixels than any camera makes; beyond this a picture is refused before memory is asked for.
-inline constexpr long long kMostPixels = 600'000'000;
-
-[[nodiscard]] inline bool isDecodableSize(SizePx size) {
-  return size.width > 0 && size.height > 0 && static_cast<long long>(size.width) * size.height <= kMostPixels;
-}
-
 }  // namespace lumivane

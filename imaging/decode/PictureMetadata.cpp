@@ -54,7 +54,8 @@ PropertyDictionary fromFile(const PictureFile& file, std::span<const std::byte> 
 
 }  // namespace
 
-PropertyDictionary readPictureMetadata(const PictureFile& file, PictureType type, std::span<const std::byte> exif) {
+PropertyDictionary readPictureMetadata(const PictureFile& file, PictureType type,
+                                       std::span<const std::byte> exif) {
   const std::lock_guard lock(exivMutex());
   try {
     startExivOnce();

@@ -86,7 +86,8 @@ VImage load(const vips::VSource& source, PictureType type) {
     case PictureType::WebP:
       return VImage::webpload_source(source, options);
     // Our own limit of pixels is held before anything is decoded; the library's would refuse long panoramas.
-    case PictureType::Heif: return VImage::heifload_source(source, options->set("unlimited", true));
+    case PictureType::Heif:
+      return VImage::heifload_source(source, options->set("unlimited", true));
     case PictureType::Jxl:
       return VImage::jxlload_source(source, options);
     case PictureType::Jp2:
@@ -130,9 +131,10 @@ class VipsCodec final : public PictureCodec {
   VipsCodec(const PictureFile& file, PictureType type)
       : input_(file), type_(type), image_(load(input_.source(), type)) {}
 
-  void setHeader(std::optional<OrientationCode> turn) {
-    header_ = {sizeOf(image_), turn};
-    if (turn.value_or(1) >= 5) std::swap(header_.size.width, header_.size.height);
+  void setFacts(ContainerFacts facts) {
+    header_ = {sizeOf(image_), facts.turn};
+    premultiplied_ = facts.premultiplied;
+    if (facts.turn.value_or(1) >= 5) std::swap(header_.size.width, header_.size.height);
   }
 
   const PictureHeader& header() const override { return header_; }
@@ -160,6 +162,7 @@ class VipsCodec final : public PictureCodec {
     // Rows can be read from the top only once.
     VImage image = used_ ? load(input_.source(), type_) : image_;
     used_ = true;
+    if (premultiplied_ && image.has_alpha()) image = image.unpremultiply().cast(image.format());
     const auto transform = transformOf(image);
     if (!transform) image = asSrgbBytes(image);
     auto writer = PictureWriter::make(pool, sizeOf(image), fittingSize(sizeOf(image), maxPixelSize));
@@ -218,16 +221,17 @@ class VipsCodec final : public PictureCodec {
   PictureType type_;
   VImage image_;
   bool used_ = false;
+  bool premultiplied_ = false;
   PictureHeader header_;
 };
 
 }  // namespace
 
-OpenedCodec openVipsCodec(const PictureFile& file, PictureType type, std::optional<OrientationCode> turn) {
+OpenedCodec openVipsCodec(const PictureFile& file, PictureType type, ContainerFacts facts) {
   if (!startVips()) return {nullptr, ImageSourceStatus::UnknownType};
   try {
     auto codec = std::make_unique<VipsCodec>(file, type);
-    codec->setHeader(turn);
+    codec->setFacts(facts);
     return {std::move(codec), ImageSourceStatus::Complete};
   } catch (const std::exception&) {
     vips_error_clear();

@@ -12,9 +12,15 @@
 
 namespace lumivane {
 
-// Requires: `file` outlives the codec. `turn` is what the container says of the picture's turn, which the library
-// has applied by itself; the header then speaks of the size before that turn.
-[[nodiscard]] OpenedCodec openVipsCodec(const PictureFile& file, PictureType type,
-                                        std::optional<OrientationCode> turn);
+// What a container says of the picture and the library does not tell.
+struct ContainerFacts {
+  // The turn that the library has applied by itself. The header then speaks of the size before it.
+  std::optional<OrientationCode> turn;
+  // The library hands out colours that are multiplied by their alpha already.
+  bool premultiplied = false;
+};
+
+// Requires: `file` outlives the codec.
+[[nodiscard]] OpenedCodec openVipsCodec(const PictureFile& file, PictureType type, ContainerFacts facts);
 
 }  // namespace lumivane

@@ -399,6 +399,23 @@ TEST_F(FileImageDecoderTest, mip_levels_come_with_the_picture) {
   EXPECT_LT(std::to_integer<int>(half[1]), 15);
 }
 
+TEST_F(FileImageDecoderTest, many_threads_decode_at_once) {
+  const std::vector<std::string> names = {"a.jpg", "b.png", "c.webp", "d.tif", "e.jxl", "f.heic"};
+  for (const std::string& name : names) fourQuartersTurned(96, 64, 1).write_to_file(inFolder(name).c_str());
+  std::vector<std::jthread> threads;
+  for (std::size_t t = 0; t < 4; ++t) {
+    threads.emplace_back([&, t] {
+      for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto source = decoder_.open(inFolder(names[(i + t) % names.size()]));
+        ASSERT_TRUE(source && source->properties());
+        const BitmapRef bitmap = source->thumbnail(kThumbnailMaxPixelSize);
+        ASSERT_TRUE(bitmap);
+        EXPECT_EQ(quartersOf(*bitmap), "RGBW");
+      }
+    });
+  }
+}
+
 TEST_F(FileImageDecoderTest, pictures_outlive_their_decoder) {
   fourQuarters(96, 64).jpegsave(inFolder("a.jpg").c_str());
   BitmapRef bitmap;

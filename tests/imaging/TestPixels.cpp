@@ -52,6 +52,15 @@ std::vector<std::vector<Weight>> coverage(int from, int to) {
   return all;
 }
 
+TestPixels fromVips(const vips::VImage& image) {
+  std::size_t bytes = 0;
+  auto* memory = static_cast<float*>(image.cast(VIPS_FORMAT_FLOAT).write_to_memory(&bytes));
+  TestPixels pixels{image.width(), image.height(),
+                    std::vector<float>(memory, memory + bytes / sizeof(float))};
+  g_free(memory);
+  return pixels;
+}
+
 }  // namespace
 
 TestPixels asSeen(const Bitmap& bitmap) {
@@ -72,16 +81,14 @@ TestPixels asSeen(const Bitmap& bitmap) {
 }
 
 TestPixels readOnBlack(const std::filesystem::path& path) {
-  using vips::VImage;
-  VImage image = VImage::new_from_file(path.c_str()).colourspace(VIPS_INTERPRETATION_sRGB);
-  if (image.has_alpha()) image = image.flatten();
-  image = image.cast(VIPS_FORMAT_FLOAT);
-  std::size_t bytes = 0;
-  auto* memory = static_cast<float*>(image.write_to_memory(&bytes));
-  TestPixels pixels{image.width(), image.height(),
-                    std::vector<float>(memory, memory + bytes / sizeof(float))};
-  g_free(memory);
-  return pixels;
+  vips::VImage image = vips::VImage::new_from_file(path.c_str()).colourspace(VIPS_INTERPRETATION_sRGB);
+  return fromVips(image.has_alpha() ? image.flatten() : image);
+}
+
+TestPixels readMultipliedOnBlack(const std::filesystem::path& path) {
+  return fromVips(vips::VImage::new_from_file(path.c_str())
+                      .colourspace(VIPS_INTERPRETATION_sRGB)
+                      .extract_band(0, vips::VImage::option()->set("n", 3)));
 }
 
 TestPixels areaShrunk(const TestPixels& pixels, int width, int height) {

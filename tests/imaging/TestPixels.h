@@ -25,6 +25,9 @@ struct TestPixels {
 // Any picture file that libvips reads, on black.
 [[nodiscard]] TestPixels readOnBlack(const std::filesystem::path& path);
 
+// The same of a file whose colours are multiplied by their alpha already.
+[[nodiscard]] TestPixels readMultipliedOnBlack(const std::filesystem::path& path);
+
 // The mean of the area that each pixel of the smaller picture covers.
 [[nodiscard]] TestPixels areaShrunk(const TestPixels& pixels, int width, int height);
 
