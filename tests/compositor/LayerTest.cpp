@@ -52,6 +52,18 @@ TEST(Layer, replacingAStrangerAdds) {
   EXPECT_EQ(root.sublayers().size(), 1U);
 }
 
+TEST(Layer, addsBelowASublayerOrElseInFront) {
+  Layer root;
+  Layer* text = root.addSublayer(std::make_unique<Layer>());
+  Layer* below = root.addSublayerBelow(std::make_unique<Layer>(), text);
+  Layer* front = root.addSublayerBelow(std::make_unique<Layer>(), nullptr);
+  ASSERT_EQ(root.sublayers().size(), 3U);
+  EXPECT_EQ(root.sublayers()[0].get(), below);
+  EXPECT_EQ(root.sublayers()[1].get(), text);
+  EXPECT_EQ(root.sublayers()[2].get(), front);
+  EXPECT_EQ(below->superlayer(), &root);
+}
+
 TEST(Layer, countsTheChangesOfTheWholeTree) {
   Layer root;
   Layer* child = root.addSublayer(std::make_unique<Layer>());

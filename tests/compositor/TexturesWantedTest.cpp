@@ -18,11 +18,11 @@ class TexturesWantedTest : public testing::Test {
   }
 
   Layer root;
-  BitmapRef photo = makeBitmap({1500, 1000});
+  BitmapRef photo = blankBitmap({1500, 1000});
 };
 
 TEST(MostDetailedLevel, isTheOneThatGlWouldSample) {
-  const BitmapRef bitmap = makeBitmap({64, 32});
+  const BitmapRef bitmap = blankBitmap({64, 32});
   const auto level = [&](double width, double height, double scale = 1) {
     return mostDetailedLevel(*bitmap, {width, height}, scale, ContentsFilter::Trilinear);
   };
@@ -39,11 +39,11 @@ TEST(MostDetailedLevel, isTheOneThatGlWouldSample) {
 }
 
 TEST(MostDetailedLevel, aLinearFilterKnowsOnlyTheFullSize) {
-  EXPECT_EQ(mostDetailedLevel(*makeBitmap({64, 32}), {8, 4}, 1, ContentsFilter::Linear), 0U);
+  EXPECT_EQ(mostDetailedLevel(*blankBitmap({64, 32}), {8, 4}, 1, ContentsFilter::Linear), 0U);
 }
 
 TEST(MostDetailedLevel, followsTheSizeAsSeen) {
-  const BitmapRef bitmap = makeBitmap({64, 32}, Rgba{}, 6);
+  const BitmapRef bitmap = blankBitmap({64, 32}, 6);
   EXPECT_EQ(mostDetailedLevel(*bitmap, {16, 32}, 1, ContentsFilter::Trilinear), 1U);
 }
 
@@ -67,7 +67,7 @@ TEST_F(TexturesWantedTest, aPanWithoutStaticBoundsWantsTheLevelsOfItsAnimation) 
 }
 
 TEST_F(TexturesWantedTest, aHiddenPictureIsTakenUpWithRoomToGrow) {
-  Layer* layer = root.addSublayer(plainPictureLayer(makeBitmap({4000, 2250}), kScreen));
+  Layer* layer = root.addSublayer(plainPictureLayer(blankBitmap({4000, 2250}), kScreen));
   layer->edit([](LayerProperties& p) { p.opacity = 0; });
   // Filling the screen would take 8.3 picture pixels a pixel, 1.5 times as large 5.6.
   ASSERT_EQ(wanted().size(), 1U);
@@ -85,7 +85,7 @@ TEST_F(TexturesWantedTest, whatIsTakenUpAheadIsEnoughForEveryPan) {
   for (const Case& one : {Case{{2000, 1500}, 0.7}, Case{{1500, 2000}, 0.7}, Case{{2400, 1350}, 0.7},
                           Case{{4000, 1000}, 0.5}, Case{{3000, 1124}, 0.7}, Case{{400, 3000}, 0.75}}) {
     Layer tree;
-    const BitmapRef picture = makeBitmap(one.picture);
+    const BitmapRef picture = blankBitmap(one.picture);
     tree.addSublayer(plainPictureLayer(picture, kScreen))->edit([](LayerProperties& p) { p.opacity = 0; });
     const auto ahead = texturesWanted(*makeFrameSnapshot(tree, kScreen, 1), Seconds{0});
     const double share =
@@ -99,7 +99,7 @@ TEST_F(TexturesWantedTest, whatIsTakenUpAheadIsEnoughForEveryPan) {
 }
 
 TEST_F(TexturesWantedTest, aPictureShownAndHeldReadyIsWantedOnceAsShown) {
-  const BitmapRef one = makeBitmap({1300, 1000});
+  const BitmapRef one = blankBitmap({1300, 1000});
   Layer* ahead = root.addSublayer(plainPictureLayer(one, kScreen));
   ahead->edit([](LayerProperties& p) {
     p.opacity = 0;
@@ -111,7 +111,7 @@ TEST_F(TexturesWantedTest, aPictureShownAndHeldReadyIsWantedOnceAsShown) {
 }
 
 TEST_F(TexturesWantedTest, whatIsShownComesFirst) {
-  const BitmapRef next = makeBitmap({300, 200});
+  const BitmapRef next = blankBitmap({300, 200});
   root.addSublayer(plainPictureLayer(next, kScreen))->edit([](LayerProperties& p) {
     p.opacity = 0;
     p.zPosition = -10;
@@ -137,7 +137,7 @@ TEST_F(TexturesWantedTest, aPictureAboutToFadeInCountsAsShown) {
 
 // It is about to go: more detail for it would be sent in vain.
 TEST_F(TexturesWantedTest, aPictureFadedOutIsOnlyKept) {
-  const BitmapRef one = makeBitmap({1300, 1000});
+  const BitmapRef one = blankBitmap({1300, 1000});
   Layer* layer = root.addSublayer(plainPictureLayer(one, kScreen));
   addFade(*layer, 1, 1, 0, Seconds{0});
   EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{one, 1, false}}));

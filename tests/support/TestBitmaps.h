@@ -67,4 +67,10 @@ inline BitmapRef makeBitmap(SizePx size, Rgba color = {128, 128, 128, 255}, Orie
       size, [color](int, int) { return color; }, orientation);
 }
 
+// A picture of which only the size counts: costs no time to make, however large.
+inline BitmapRef blankBitmap(SizePx size, OrientationCode orientation = 1) {
+  return std::make_shared<const Bitmap>(PixelBuffer::allocate(packedLevelsBytes(size)), packedLevels(size),
+                                        orientation, true);
+}
+
 }  // namespace lumivane
