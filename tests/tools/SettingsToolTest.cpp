@@ -52,7 +52,7 @@ TEST_F(SettingsTool, WrongUsageIsToldApart) {
                                                 {"settings", "ZoomIsOn", "perhaps"},
                                                 {"settings", "SkipPatterns", "\xFF"},
                                                 {"settings", "a", "b", "c"},
-                                                {"settings", "ImageDirectoryBookmarks", "/tmp"},
+                                                {"settings", "ImageDirectoryBookmarks", "/pictures"},
                                                 {"settings", "--bogus"},
                                                 {"settings", "fontsize"}}) {
     const ProgramAnswer answer = run(words);
