@@ -6,6 +6,11 @@
 #include "platform/linux/QtGlContext.h"
 
 namespace lumivane {
+namespace {
+
+constexpr std::chrono::seconds kUnseenForLong{1};
+
+}  // namespace
 
 AppDelegate::AppDelegate(const Host& host, QtMainLoop& mainLoop)
     : host_(host), mainLoop_(mainLoop), masterViewController_(host) {}
@@ -64,7 +69,21 @@ void AppDelegate::windowLiveResizeEnded() {
 
 void AppDelegate::windowExposed(bool exposed) {
   renderThread_->setExposed(exposed);
-  setAnimating(exposed && !window_->isMinimized());
+  unseen_.reset();
+  if (!exposed) {
+    stopAnimatingUnlessSeenAgain();
+  } else if (!window_->isMinimized()) {
+    setAnimating(true);
+  }
+}
+
+// A busy Wayland compositor that is late with a frame counts as not showing the window for a moment: no reason to
+// stop the show and to write the last-run record.
+void AppDelegate::stopAnimatingUnlessSeenAgain() {
+  unseen_ = std::make_shared<bool>(true);
+  mainLoop_.after(kUnseenForLong, [this, unseen = std::weak_ptr(unseen_)] {
+    if (!unseen.expired()) setAnimating(false);
+  });
 }
 
 void AppDelegate::windowMinimized(bool minimized) {

@@ -45,6 +45,7 @@ class AppDelegate final : public WindowListener {
  private:
   void moveToDisplay(DisplayNumber display);
   void setAnimating(bool animating);
+  void stopAnimatingUnlessSeenAgain();
 
   const Host host_;
   QtMainLoop& mainLoop_;
@@ -56,6 +57,8 @@ class AppDelegate final : public WindowListener {
   std::unique_ptr<LayerTreeCommit> commit_;
   DisplayNumber display_ = 0;
   bool animating_ = true;
+  // Dropped when the window is seen again before the show was stopped.
+  std::shared_ptr<const bool> unseen_;
 };
 
 }  // namespace lumivane
