@@ -9,6 +9,7 @@
 #include <cstring>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace lumivane {
@@ -26,6 +27,7 @@ CollatorRef openCollator(const std::string& locale) {
 
 // Makes the sort keys of paths, one after the other in one block of memory. A path's key is the keys of its names
 // in a row, each ended by a zero byte, which no key holds: comparing the bytes compares name by name.
+// Requires: the paths stay where they are.
 class KeyWriter {
  public:
   explicit KeyWriter(const UCollator& collator) : collator_(collator) {}
@@ -35,30 +37,37 @@ class KeyWriter {
     const std::size_t nameAt = path.rfind('/') + 1;  // 0 when there is no slash
     appendFolder(path.substr(0, nameAt));
     appendName(path.substr(nameAt));
-    places_.emplace_back(begin, keys_.size());
+    places_.push_back({begin, keys_.size() - begin});
   }
 
   [[nodiscard]] std::string_view key(std::size_t i) const {
-    const auto [begin, end] = places_[i];
-    return {reinterpret_cast<const char*>(keys_.data()) + begin, end - begin};
+    const auto [from, bytes] = places_[i];
+    return {reinterpret_cast<const char*>(keys_.data()) + from, bytes};
   }
 
  private:
-  // The paths of a walk come folder by folder: the last folder's key serves many pictures.
+  struct Extent {
+    std::size_t from = 0;
+    std::size_t bytes = 0;
+  };
+
+  // Many pictures share a folder, whose key is made once.
   void appendFolder(std::string_view folder) {
+    if (folder.empty()) return;
     const std::size_t begin = keys_.size();
-    if (folder == lastFolder_) {
-      keys_.resize(begin + (lastFolderKey_.second - lastFolderKey_.first));
-      std::memcpy(keys_.data() + begin, keys_.data() + lastFolderKey_.first, keys_.size() - begin);
-    } else {
-      for (std::string_view rest = folder; !rest.empty();) {
-        const std::size_t slash = std::min(rest.find('/'), rest.size() - 1);
-        appendName(rest.substr(0, slash));
-        rest.remove_prefix(slash + 1);
-      }
+    const auto known = folderKeys_.find(folder);
+    if (known != folderKeys_.end()) {
+      const auto [from, bytes] = known->second;
+      keys_.resize(begin + bytes);
+      std::memcpy(keys_.data() + begin, keys_.data() + from, bytes);
+      return;
     }
-    lastFolder_ = folder;
-    lastFolderKey_ = {begin, keys_.size()};
+    for (std::string_view rest = folder; !rest.empty();) {
+      const std::size_t slash = rest.find('/');  // a folder ends with one
+      appendName(rest.substr(0, slash));
+      rest.remove_prefix(slash + 1);
+    }
+    folderKeys_.emplace(folder, Extent{begin, keys_.size() - begin});
   }
 
   void appendName(std::string_view name) {
@@ -87,18 +96,49 @@ class KeyWriter {
 
   const UCollator& collator_;
   std::vector<std::uint8_t> keys_;
-  std::vector<std::pair<std::size_t, std::size_t>> places_;
+  std::vector<Extent> places_;
+  std::unordered_map<std::string_view, Extent> folderKeys_;
   std::u16string utf16_;
-  std::string_view lastFolder_;
-  std::pair<std::size_t, std::size_t> lastFolderKey_{0, 0};
 };
 
-// Moves the texts into the order of the indices.
-void applyOrder(const std::vector<std::uint32_t>& order, std::vector<std::string>& texts) {
-  std::vector<std::string> sorted;
-  sorted.reserve(texts.size());
-  for (const std::uint32_t i : order) sorted.push_back(std::move(texts[i]));
-  texts = std::move(sorted);
+// How many bytes all keys begin with in common: paths of one tree share a lot.
+std::size_t commonBeginning(const KeyWriter& keys, std::size_t count) {
+  std::string_view common = count == 0 ? std::string_view() : keys.key(0);
+  for (std::size_t i = 1; i < count; ++i) {
+    const std::string_view key = keys.key(i);
+    const auto end = std::mismatch(common.begin(), common.end(), key.begin(), key.end()).first;
+    common = common.substr(0, static_cast<std::size_t>(end - common.begin()));
+  }
+  return common.size();
+}
+
+// A path on its way to its place. Most comparisons are settled by the first bytes in which keys differ, without a
+// look at the keys themselves.
+struct Placed {
+  std::uint64_t head = 0;
+  std::uint32_t path = 0;
+};
+
+std::uint64_t headOf(std::string_view key) {
+  std::uint64_t head = 0;
+  for (std::size_t i = 0; i < sizeof head; ++i) {
+    head = (head << 8) | (i < key.size() ? static_cast<std::uint8_t>(key[i]) : 0U);
+  }
+  return head;
+}
+
+std::vector<Placed> inOrder(const KeyWriter& keys, const std::vector<std::string>& paths) {
+  const std::size_t common = commonBeginning(keys, paths.size());
+  std::vector<Placed> order(paths.size());
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    order[i] = {headOf(keys.key(i).substr(common)), static_cast<std::uint32_t>(i)};
+  }
+  std::sort(order.begin(), order.end(), [&](const Placed& a, const Placed& b) {
+    if (a.head != b.head) return a.head < b.head;
+    const int difference = keys.key(a.path).substr(common).compare(keys.key(b.path).substr(common));
+    return difference != 0 ? difference < 0 : paths[a.path] < paths[b.path];
+  });
+  return order;
 }
 
 }  // namespace
@@ -111,13 +151,10 @@ void sortByFileName(std::vector<std::string>& paths, const std::string& locale) 
   }
   KeyWriter keys(*collator);
   for (const std::string& path : paths) keys.append(path);
-  std::vector<std::uint32_t> order(paths.size());
-  for (std::size_t i = 0; i < order.size(); ++i) order[i] = static_cast<std::uint32_t>(i);
-  std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
-    const int difference = keys.key(a).compare(keys.key(b));
-    return difference != 0 ? difference < 0 : paths[a] < paths[b];
-  });
-  applyOrder(order, paths);
+  std::vector<std::string> sorted;
+  sorted.reserve(paths.size());
+  for (const Placed& placed : inOrder(keys, paths)) sorted.push_back(std::move(paths[placed.path]));
+  paths = std::move(sorted);
 }
 
 }  // namespace lumivane

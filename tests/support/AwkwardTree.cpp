@@ -180,7 +180,8 @@ void AwkwardTree::makeThingsThatAreNoPictures() const {
   write("sparse-4G.tif", "");
   fs::resize_file(folder_ + "/sparse-4G.tif", kSparseBytes);
   write("Not A Library.photoslibrary", "");
-  write("Broken Library.photoslibrary/database/Photos.sqlite", "SQLite format 3" + std::string(4097, '\0'));
+  write("Broken Library.photoslibrary/database/Photos.sqlite",
+        std::string("SQLite format 3").append(4097, '\0'));
 }
 
 void AwkwardTree::makeDeepFolder() const {
@@ -217,7 +218,7 @@ std::vector<std::string> AwkwardTree::expectedPictures() const {
   }
   if (deepestIsReachable()) {
     std::string deepest = "deep";
-    for (int i = 0; i < kDeepFolders; ++i) deepest += "/" + std::string(kDeepNameBytes, 'd');
+    for (int i = 0; i < kDeepFolders; ++i) deepest.append(1, '/').append(kDeepNameBytes, 'd');
     names.push_back(deepest + "/deepest.jpg");
   }
   for (std::string& name : names) name = folder_ + "/" + name;
@@ -227,7 +228,7 @@ std::vector<std::string> AwkwardTree::expectedPictures() const {
 
 std::vector<std::string> AwkwardTree::expectedLeftOut() const {
   std::vector<std::string> names = namesThatFitInNoList();
-  if (!deepestIsReachable()) names.push_back("deep/" + std::string(kDeepNameBytes, 'd'));
+  if (!deepestIsReachable()) names.push_back(std::string("deep/").append(kDeepNameBytes, 'd'));
   return names;
 }
 
