@@ -14,6 +14,12 @@ endif()
 add_library(lumivane_flags INTERFACE)
 target_include_directories(lumivane_flags INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(lumivane_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+# With full optimisation gcc 12 finds uninitialised members in std::variant and overlapping copies in std::string where
+# there are none.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(lumivane_flags INTERFACE
+                         $<$<CONFIG:Release,RelWithDebInfo>:-Wno-maybe-uninitialized;-Wno-restrict>)
+endif()
 if(LUMIVANE_WERROR)
   target_compile_options(lumivane_flags INTERFACE -Werror)
 endif()

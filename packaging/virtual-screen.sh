@@ -44,7 +44,7 @@ start_virtual_screen() {
   mkfifo -m 600 "$number_pipe"
   exec 7<>"$number_pipe"
   rm "$number_pipe"
-  Xvfb -displayfd 7 -screen 0 "${1}x${2}x24" -nolisten tcp -noreset 7>&7 >/dev/null 2>&1 &
+  Xvfb -displayfd 7 -screen 0 "${1}x${2}x24" -nolisten tcp -noreset >/dev/null 2>&1 &
   virtual_screen_pid=$!
   read -r -t 20 number <&7 || fail "the virtual X screen (Xvfb) does not start"
   exec 7>&-
