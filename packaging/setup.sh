@@ -13,7 +13,7 @@ fail() {
 # Prints the comment at the top of the calling script: it is what --help says.
 usage_from_header() { sed -n '2,/^[^#]/{s/^# \{0,1\}//p}' "$1"; }
 
-package_names() { sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$@"; }
+package_names() { sed -e 's/#.*//' -e 's/[[:space:]]//g' -e '/^$/d' "$@"; }
 
 # One question for all packages keeps a second start short.
 missing_packages() {

@@ -8,7 +8,8 @@ virtual_screen_pid=
 
 # Whether something listens at a local socket: a socket file alone may be left over from a server that is gone.
 socket_answers() {
-  perl -MSocket -e 'socket(my $s, PF_UNIX, SOCK_STREAM, 0) && connect($s, sockaddr_un($ARGV[0])) or exit 1' "$1" 2>/dev/null
+  perl -MSocket -e 'my $s; socket($s, PF_UNIX, SOCK_STREAM, 0) && connect($s, sockaddr_un($ARGV[0])) or exit 1' \
+    "$1" 2>/dev/null
 }
 
 x_server_answers() {
