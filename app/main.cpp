@@ -10,6 +10,7 @@
 #include "app/Version.h"
 #include "imaging/decode/FileImageDecoder.h"
 #include "platform/linux/DisplayServer.h"
+#include "platform/linux/DrmDisplayRegistry.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/ProcFreeMemory.h"
@@ -20,6 +21,7 @@
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/ThreadSerialQueues.h"
 #include "platform/linux/XdgUserFolders.h"
+#include "settings/NamedDisplays.h"
 #include "settings/SettingsStore.h"
 
 namespace {
@@ -43,7 +45,9 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
   const UserFolders folders = xdgUserFolders(environment, files);
   SettingsStore settings(files, log, folders.config);
   ThreadSerialQueues queues(log);
-  QtDisplays displays;
+  const QtDisplays windowSystemDisplays;
+  const DrmDisplayRegistry registry(files, connectorsOf(windowSystemDisplays.attached()));
+  const NamedDisplays displays(windowSystemDisplays, registry, log);
   QtTextRenderer text(log);
   FileImageDecoder decoder;
   TwisterRandom random;

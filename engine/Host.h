@@ -9,6 +9,7 @@
 #include <string>
 
 #include "imaging/ImageDecoder.h"
+#include "imaging/TextRenderer.h"
 #include "platform/Clock.h"
 #include "platform/Displays.h"
 #include "platform/Files.h"
@@ -17,7 +18,6 @@
 #include "platform/MainLoop.h"
 #include "platform/RandomSource.h"
 #include "platform/SerialQueue.h"
-#include "platform/TextRenderer.h"
 #include "platform/UserFolders.h"
 #include "platform/Window.h"
 #include "settings/SettingsStore.h"

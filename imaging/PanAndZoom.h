@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "compositor/model/Geometry.h"
+#include "platform/Geometry.h"
 #include "platform/Log.h"
 #include "platform/RandomSource.h"
 

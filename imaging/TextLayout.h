@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "compositor/model/Geometry.h"
-#include "platform/TextRenderer.h"
+#include "imaging/TextRenderer.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

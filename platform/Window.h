@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "compositor/model/Geometry.h"
 #include "platform/Displays.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

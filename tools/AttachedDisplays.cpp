@@ -5,7 +5,10 @@
 #include <cstdlib>
 
 #include "platform/linux/DisplayServer.h"
+#include "platform/linux/DrmDisplayRegistry.h"
+#include "platform/linux/PosixFiles.h"
 #include "platform/linux/QtDisplays.h"
+#include "settings/NamedDisplays.h"
 #include "settings/UniqueDisplayNames.h"
 
 namespace lumivane {
@@ -28,7 +31,8 @@ void chooseOnlyPlatform(const Environment& environment) {
 
 }  // namespace
 
-AttachedDisplays::AttachedDisplays(Environment environment) : environment_(std::move(environment)) {}
+AttachedDisplays::AttachedDisplays(Environment environment, Log& log)
+    : environment_(std::move(environment)), log_(log) {}
 AttachedDisplays::~AttachedDisplays() = default;
 
 bool AttachedDisplays::connect() {
@@ -45,7 +49,10 @@ bool AttachedDisplays::connect() {
 
 std::vector<Display> AttachedDisplays::all() {
   if (!connect()) return {};
-  std::vector<Display> displays = QtDisplays().attached();
+  const QtDisplays windowSystemDisplays;
+  const PosixFiles files;
+  const DrmDisplayRegistry registry(files, connectorsOf(windowSystemDisplays.attached()));
+  std::vector<Display> displays = NamedDisplays(windowSystemDisplays, registry, log_).attached();
   std::vector<std::string> names;
   std::vector<DisplayNumber> numbers;
   for (const Display& display : displays) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/Displays.h"
+#include "platform/Log.h"
 #include "platform/linux/Environment.h"
 
 class QGuiApplication;
@@ -19,7 +20,7 @@ namespace lumivane {
 
 class AttachedDisplays {
  public:
-  explicit AttachedDisplays(Environment environment);
+  AttachedDisplays(Environment environment, Log& log);
   ~AttachedDisplays();
   AttachedDisplays(const AttachedDisplays&) = delete;
   AttachedDisplays& operator=(const AttachedDisplays&) = delete;
@@ -33,6 +34,7 @@ class AttachedDisplays {
   bool connect();
 
   const Environment environment_;
+  Log& log_;
   std::unique_ptr<QGuiApplication> application_;
 };
 

@@ -53,7 +53,7 @@ int run(int count, char** words, char** environmentEntries) {
   PosixFiles files;
   const bool onTerminal = ::isatty(STDERR_FILENO) == 1;
   TerminalLog log(std::cerr, onTerminal);
-  AttachedDisplays displays(environment);
+  AttachedDisplays displays(environment, log);
   const Tool tool{environment, clock,     files,     log, displays, xdgUserFolders(environment, files),
                   std::cout,   std::cerr, onTerminal};
   const ExitStatus status = runCommand(tool, {words + std::min(count, 1), words + count});

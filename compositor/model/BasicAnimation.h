@@ -9,8 +9,8 @@
 #include <optional>
 #include <variant>
 
-#include "compositor/model/Geometry.h"
 #include "platform/Clock.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

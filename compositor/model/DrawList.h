@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "compositor/model/Bitmap.h"
-#include "compositor/model/Geometry.h"
 #include "compositor/model/Layer.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

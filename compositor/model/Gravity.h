@@ -5,8 +5,8 @@
 // Errors:  contents or bounds without area give a rectangle without area.
 #pragma once
 
-#include "compositor/model/Geometry.h"
 #include "compositor/model/Layer.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

@@ -16,7 +16,7 @@
 
 #include "compositor/model/BasicAnimation.h"
 #include "compositor/model/Bitmap.h"
-#include "compositor/model/Geometry.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

@@ -8,8 +8,8 @@
 #include <cstddef>
 
 #include "compositor/model/Bitmap.h"
-#include "compositor/model/Geometry.h"
 #include "compositor/model/Layer.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

@@ -5,8 +5,8 @@
 // Errors:  none.
 #pragma once
 
-#include "compositor/model/Geometry.h"
 #include "compositor/model/LayerSnapshot.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

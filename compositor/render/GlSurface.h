@@ -7,8 +7,8 @@
 // Errors:  makeCurrent() says false when there is no context or it is lost; it may be tried again later.
 #pragma once
 
-#include "compositor/model/Geometry.h"
 #include "platform/Clock.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

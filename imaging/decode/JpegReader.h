@@ -10,8 +10,8 @@
 #include <memory>
 #include <vector>
 
-#include "compositor/model/Geometry.h"
 #include "imaging/decode/PictureFile.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

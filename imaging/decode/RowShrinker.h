@@ -13,7 +13,7 @@
 #include <functional>
 #include <vector>
 
-#include "compositor/model/Geometry.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

@@ -37,6 +37,13 @@ DisplayRegistryEntry entryOf(const Edid& edid) {
 
 }  // namespace
 
+std::vector<std::string> connectorsOf(const std::vector<Display>& displays) {
+  std::vector<std::string> connectors;
+  connectors.reserve(displays.size());
+  for (const Display& display : displays) connectors.push_back(display.connector);
+  return connectors;
+}
+
 bool isConnector(std::string_view kernelName, std::string_view connector) {
   const std::size_t dash = kernelName.find('-');
   if (dash == std::string_view::npos || connector.empty()) return false;

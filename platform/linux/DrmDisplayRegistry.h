@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/DisplayRegistry.h"
+#include "platform/Displays.h"
 #include "platform/Edid.h"
 #include "platform/Files.h"
 
@@ -35,6 +36,9 @@ class DrmDisplayRegistry final : public DisplayRegistry {
   const std::vector<std::string> connectors_;
   const std::string drmFolder_;
 };
+
+// The connectors of the displays, in their order.
+[[nodiscard]] std::vector<std::string> connectorsOf(const std::vector<Display>& displays);
 
 // Whether a folder of the kernel ("card0-HDMI-A-1") is the connector that the window system calls so: "HDMI-A-1" on
 // Wayland, "HDMI-1" on X.

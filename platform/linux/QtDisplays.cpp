@@ -29,7 +29,8 @@ Display displayOf(const QScreen& screen, DisplayNumber number) {
           displayNameFrom(screen.manufacturer().toStdString(), screen.model().toStdString(),
                           screen.name().toStdString()),
           {static_cast<double>(size.width()), static_cast<double>(size.height())},
-          screen.devicePixelRatio()};
+          screen.devicePixelRatio(),
+          screen.name().toStdString()};
 }
 
 }  // namespace

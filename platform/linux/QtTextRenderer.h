@@ -10,8 +10,8 @@
 
 #include <QString>
 
+#include "imaging/TextRenderer.h"
 #include "platform/Log.h"
-#include "platform/TextRenderer.h"
 
 namespace lumivane {
 

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "compositor/model/Geometry.h"
-#include "platform/TextRenderer.h"
+#include "imaging/TextRenderer.h"
+#include "platform/Geometry.h"
 
 class QPainter;
 

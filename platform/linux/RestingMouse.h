@@ -7,7 +7,7 @@
 
 #include <optional>
 
-#include "compositor/model/Geometry.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

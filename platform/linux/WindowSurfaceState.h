@@ -8,8 +8,8 @@
 #include <atomic>
 #include <cstdint>
 
-#include "compositor/model/Geometry.h"
 #include "platform/Clock.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 

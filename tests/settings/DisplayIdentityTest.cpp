@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/FakeDisplayRegistry.h"
 #include "tests/support/RecordingLog.h"
 
 namespace lumivane {
@@ -13,19 +14,6 @@ using Entry = RecordingLog::Entry;
 
 constexpr const char* kNoPort = "IOServicePortFromCGDisplayID returned an invalid port (0)";
 constexpr const char* kNoName = "Failed to retrieve display name";
-
-class FakeDisplayRegistry final : public DisplayRegistry {
- public:
-  std::optional<std::vector<DisplayRegistryEntry>> all = std::vector<DisplayRegistryEntry>{};
-  std::optional<ReportedIdentity> identity = ReportedIdentity{10, 20, 0};
-
-  [[nodiscard]] std::optional<std::vector<DisplayRegistryEntry>> entries() const override { return all; }
-  [[nodiscard]] std::optional<ReportedIdentity> identityOf(DisplayNumber) const override { return identity; }
-};
-
-DisplayRegistryEntry entryNamed(const std::string& name, std::optional<std::int32_t> serial = std::nullopt) {
-  return {10, 20, serial, {{{"en_US", name}}}};
-}
 
 class DisplayIdentity : public testing::Test {
  protected:

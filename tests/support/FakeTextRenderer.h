@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "platform/TextRenderer.h"
+#include "imaging/TextRenderer.h"
 
 namespace lumivane {
 

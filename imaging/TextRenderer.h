@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "compositor/model/Bitmap.h"
-#include "compositor/model/Geometry.h"
+#include "platform/Geometry.h"
 
 namespace lumivane {
 
