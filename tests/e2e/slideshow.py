@@ -19,7 +19,7 @@ APP = BUILD / "app" / "LumivaneApp"
 COMPANION = BUILD / "tools" / "lumivane"
 PAINTER = BUILD / "tools" / "demo-pictures" / "lumivane-demo-pictures"
 WIDTH, HEIGHT = 1280, 720
-SHOWN = re.compile(r"information (/.*\.(?:jpe?g|png|heic|webp))$", re.IGNORECASE)
+SHOWN = re.compile(r"information (/.*\.(?:jpe?g|png|heic|webp|avif|jxl|tiff?))$", re.IGNORECASE)
 PATIENCE = 60  # seconds; only a failure ever takes so long
 
 # Nothing on the screen but the picture, and nothing that moves: each test switches on what it is about.

@@ -1,11 +1,16 @@
 #!/usr/bin/python3
 """The program as a user meets it: what is on the screen is what the log says, it moves, dissolves and obeys keys."""
+import os
+import pathlib
+import shutil
 import subprocess
 import time
 import unittest
 
 import pixels
-from slideshow import APP, HEIGHT, WIDTH, SlideshowTest, WaylandScreen, eventually, without_display
+from slideshow import APP, HEIGHT, ROOT, WIDTH, SlideshowTest, WaylandScreen, eventually, without_display
+
+SAMPLES = pathlib.Path(os.environ.get("LUMIVANE_SAMPLES", ROOT.parent / "shared" / "samples"))
 
 
 class OnX11(SlideshowTest):
@@ -83,6 +88,40 @@ class OnX11(SlideshowTest):
     def bright_shot(self):
         shot = self.screen.shot()
         return shot if sum(shot) / len(shot) > 8 else None
+
+
+@unittest.skipUnless(SAMPLES.is_dir(), "the folder of sample pictures is not there")
+class OnSamples(SlideshowTest):
+    """Pictures from real cameras, of several formats, some of them turned."""
+
+    # Where ImageMagick cannot be trusted with a format, a stored thumbnail says how the picture looks.
+    CHOSEN = ("photos/tanners_ridge.jpg", "photos/cyclamen_persicum.jpg", "orientation/portrait_6.jpg",
+              "orientation/portrait_7.jpg", "orientation/up_arrow_90cw_nonweb.tiff", "webp/denali.webp",
+              "heic/IMG_0102.HEIC", "orientation/orientation6.heic", "avif/Irvine_CA.avif", "orientation/rot1mir0.avif",
+              "orientation/orientation5.jxl", "png/16bit_photoshop.png")
+    BY_THUMBNAIL = (".heic", ".avif", ".jxl")
+
+    def looks_like(self, name):
+        """The picture as it should stand on the screen, and how far off it may be: thumbnails are coarser."""
+        if name.lower().endswith(self.BY_THUMBNAIL):
+            return pixels.fitted(SAMPLES / "golden" / (name + ".png"), WIDTH, HEIGHT), 12
+        return pixels.fitted(SAMPLES / "photos" / name, WIDTH, HEIGHT), 8
+
+    def test_the_picture_on_the_screen_is_the_one_that_the_log_names(self):
+        shutil.rmtree(self.pictures)
+        self.pictures.mkdir()
+        for number, name in enumerate(self.CHOSEN):
+            shutil.copy(SAMPLES / "photos" / name, self.pictures / f"{number:02} {pathlib.Path(name).name}")
+        self.show.set_up(self.pictures, ExcludeSize="50")
+        self.show.start("-f")
+        seen = set()
+        while len(seen) < len(self.CHOSEN):
+            number = int(self.show.next_shown().name[:2])
+            seen.add(number)
+            expected, tolerance = self.looks_like(self.CHOSEN[number])
+            eventually(lambda: pixels.distance(self.screen.shot(), expected) < tolerance,
+                       f"{self.CHOSEN[number]} on the screen")
+            self.screen.press("Right")
 
 
 class OnWayland(SlideshowTest):
