@@ -11,7 +11,7 @@ float rolledOff(float v) {
 }
 
 std::uint8_t asByte(float v, float grain) {
-  return static_cast<std::uint8_t>(std::lround(std::clamp(rolledOff(v) * 255 + grain, 0.0F, 255.0F)));
+  return static_cast<std::uint8_t>(std::clamp(rolledOff(v) * 255 + grain, 0.0F, 255.0F) + 0.5F);
 }
 
 }  // namespace

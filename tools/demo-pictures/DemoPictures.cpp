@@ -4,7 +4,7 @@ namespace lumivane::demo {
 
 namespace {
 
-constexpr Format kLandscape{2880, 1920}, kPortrait{1920, 2880}, kPanorama{4320, 1440};
+constexpr Format kLandscape{2880, 1920}, kPortrait{1920, 2880}, kPanorama{3840, 1280};
 constexpr Format kPortraitStoredTurned{1920, 2880, true};
 
 }  // namespace

@@ -100,7 +100,7 @@ void paintSeaOfClouds(Canvas& canvas) {
   terrain.haze = {0.028F, 0.2F, 1};
   terrain.nearest = 1.6F;
   terrain.farthest = 70;
-  terrain.step = 0.003F;
+  terrain.step = 0.004F;
   terrain.shadowReach = 3;
   paintTerrain(canvas, camera, sky, terrain);
   canvas.vignette(0.12F);
