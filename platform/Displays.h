@@ -20,7 +20,7 @@ struct Display {
   std::string name;          // the monitor's product name, "unknown" when there is none; not yet unique
   SizePt size;
   double scale = 1;
-  std::string connector;  // where it is plugged in: "HDMI-1"; empty = not known
+  std::string connector{};  // where it is plugged in: "HDMI-1"; empty = not known
 };
 
 class Displays {
