@@ -1,6 +1,8 @@
 #include <fstream>
+#include <sstream>
 
 #include "platform/PropertyList.h"
+#include "tests/support/AwkwardTree.h"
 #include "tests/tools/LumivaneToolFixture.h"
 
 namespace lumivane {
@@ -36,6 +38,21 @@ TEST_F(Collect, StoresListSettingsAndRecordOfTheDisplay) {
   for (const fs::path& file : {listFile("My TV"), settingsFile("My TV"), recordFile("My TV")}) {
     EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write) << file;
   }
+}
+
+TEST_F(Collect, TakesTheRightPicturesOfAnAwkwardTree) {
+  const fs::path folder = folder_.path() / std::string(60, 't');
+  fs::create_directory(folder);
+  const AwkwardTree tree(folder.string());
+  const auto before = tree.inventory();
+  ASSERT_EQ(run({"settings", "--display=D", "ExcludekB", "0"}).status, 0);
+  const ProgramAnswer answer = run({"collect", "--display=D", folder.string()});
+  EXPECT_EQ(answer.status, 0) << answer.err;
+  std::vector<std::string> listed;
+  std::istringstream lines(listOf("D"));
+  for (std::string line; std::getline(lines, line);) listed.push_back(line);
+  EXPECT_THAT(listed, testing::UnorderedElementsAreArray(tree.expectedPictures()));
+  EXPECT_EQ(tree.inventory(), before);
 }
 
 TEST_F(Collect, WithoutADisplayServerTheDisplayIsUnknown) {
