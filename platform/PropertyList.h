@@ -35,9 +35,12 @@ class PropertyList {
                              PropertyListArray, PropertyListDictionary>;
 
   PropertyList() : value_(PropertyListDictionary{}) {}
+  // A list of values reads as one.
+  // NOLINTBEGIN(google-explicit-constructor)
   template <typename T>
   requires(!std::is_same_v<std::remove_cvref_t<T>, PropertyList>) PropertyList(T value)
-      : value_(std::move(value)) {}  // NOLINT(google-explicit-constructor): a list of values reads as one
+      : value_(std::move(value)) {}
+  // NOLINTEND(google-explicit-constructor)
 
   // The value if it is of that very type, else nullptr.
   template <typename T>

@@ -21,9 +21,11 @@ struct Done {};
 template <typename T>
 class [[nodiscard]] Result {
  public:
-  Result(T value) : outcome_(std::move(value)) {}  // NOLINT(google-explicit-constructor): `return value;`
-  Result(Error error)
-      : outcome_(std::move(error)) {}  // NOLINT(google-explicit-constructor): `return Error{...};`
+  // So that a function ends in `return value;` or `return Error{...};`.
+  // NOLINTBEGIN(google-explicit-constructor)
+  Result(T value) : outcome_(std::move(value)) {}
+  Result(Error error) : outcome_(std::move(error)) {}
+  // NOLINTEND(google-explicit-constructor)
 
   [[nodiscard]] bool ok() const { return std::holds_alternative<T>(outcome_); }
   explicit operator bool() const { return ok(); }
