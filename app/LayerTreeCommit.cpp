@@ -4,6 +4,12 @@
 #include <utility>
 
 namespace lumivane {
+namespace {
+
+// A picture's motion ends in months: nobody waits for that in one go, or every commit would leave a timer behind.
+constexpr std::chrono::seconds kLongestWatch{30};
+
+}  // namespace
 
 LayerTreeCommit::LayerTreeCommit(Layer& root, const HostWindow& window, Publish publish, const Clock& clock,
                                  MainLoop& mainLoop)
@@ -24,7 +30,7 @@ void LayerTreeCommit::watchNextAnimationEnd() {
   const std::optional<Seconds> end = root_.nextAnimationEnd(now);
   if (!end) return;
   watch_ = std::make_shared<bool>(true);
-  mainLoop_.after(std::max(wholeNanoseconds(*end - now), Nanoseconds{0}),
+  mainLoop_.after(std::clamp(wholeNanoseconds(*end - now), Nanoseconds{0}, Nanoseconds{kLongestWatch}),
                   [this, watch = std::weak_ptr(watch_)] {
                     if (!watch.expired()) animationsMayHaveEnded();
                   });

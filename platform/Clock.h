@@ -5,6 +5,7 @@
 // Errors:  none.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 
 namespace lumivane {
@@ -36,9 +37,10 @@ class Clock {
   return std::chrono::duration_cast<Seconds>(time.time_since_epoch());
 }
 
-// Seconds as whole nanoseconds, by truncation.
+// Seconds as whole nanoseconds, by truncation; at most about a century either way.
 [[nodiscard]] inline Nanoseconds wholeNanoseconds(Seconds seconds) {
-  return std::chrono::duration_cast<Nanoseconds>(seconds);
+  constexpr Seconds kCentury{3.0e9};
+  return std::chrono::duration_cast<Nanoseconds>(std::clamp(seconds, -kCentury, kCentury));
 }
 
 }  // namespace lumivane

@@ -66,6 +66,26 @@ TEST_F(LayerTreeCommitTest, watchesOnlyTheNewestTree) {
   EXPECT_EQ(stops, 0);
 }
 
+TEST_F(LayerTreeCommitTest, anAnimationThatEndsInAMonthIsToldAtItsTime) {
+  int stops = 0;
+  fade(std::chrono::hours(24 * 30), [&](bool) { ++stops; });
+  loop.runFor(std::chrono::hours(24 * 30) - std::chrono::seconds(1));
+  EXPECT_EQ(stops, 0);
+  loop.runFor(std::chrono::seconds(1));
+  EXPECT_EQ(stops, 1);
+}
+
+// Once every change of a tree whose motion ran for months left a timer behind that waited for its end.
+TEST_F(LayerTreeCommitTest, doesNotPileUpTimersOfLongMotions) {
+  fade(std::chrono::hours(24 * 300), [](bool) {});
+  for (int i = 0; i < 500; ++i) {
+    root.edit([](LayerProperties& p) { p.opacity *= 0.99; });
+    commit.commit();
+    loop.runFor(std::chrono::seconds(1));
+  }
+  EXPECT_LT(loop.waitingJobs(), 40U);
+}
+
 TEST_F(LayerTreeCommitTest, anEndMayBeginTheNextAnimation) {
   bool second = false;
   fade(Seconds{1}, [&](bool) { fade(Seconds{1}, [&](bool) { second = true; }); });

@@ -135,6 +135,52 @@ TEST_F(ViewFrameLoopTest, startNewCycleMakesTheVeryNextFrameChange) {
   EXPECT_NE(view->filename(), first);
 }
 
+// --- Order and cycles ---
+
+using ViewOrderTest = ViewTest;
+
+TEST_F(ViewOrderTest, aPassIsAPermutationAndThenBeginsAnew) {
+  listPictures(3);
+  start();
+  std::set<ImageIndex> pass;
+  for (int i = 0; i < 3; ++i) pass.insert(view->nextImageIndex(0));
+  EXPECT_EQ(pass, (std::set<ImageIndex>{0, 1, 2}));
+  EXPECT_EQ(log.count("All images displayed. Starting over."), 0U);
+  EXPECT_LT(view->nextImageIndex(0), 3U);
+  EXPECT_TRUE(log.has("All images displayed. Starting over.", LogLevel::Information));
+  EXPECT_EQ(view->firstLine(), "All images displayed. Starting over.");
+  EXPECT_FALSE(view->firstLineIsError());
+}
+
+TEST_F(ViewOrderTest, aFreshListDropsWhatWasPrefetchedAndThenTheHistory) {
+  listPictures(10);
+  start();
+  beat();
+  runUntilChange();
+  run(Seconds{2.1});
+  ASSERT_TRUE(view->prefetchSlot().full());
+  view->startNewCycleWithFreshImageList();
+  EXPECT_FALSE(view->prefetchSlot().full());
+  EXPECT_EQ(view->firstLine(), "Loading ..");
+  ASSERT_TRUE(view->history().entries()[1].img);
+  beat();
+  EXPECT_TRUE(view->history().entries()[0].img);
+  EXPECT_FALSE(view->history().entries()[1].img);
+}
+
+TEST_F(ViewOrderTest, settingsBeyondAllMeasureDoNoHarm) {
+  listPictures(5);
+  configure([](DisplaySettings& s) {
+    s.crossDissolve_ = true;
+    s.crossDissolveDuration_ = 1e30F;
+    s.infoDelay_ = 2147483647;
+    s.durationPerImage_ = -5;
+  });
+  start();
+  run(Seconds{1});
+  EXPECT_FALSE(view->filename().empty());
+}
+
 // --- Motion ---
 
 struct ViewMotionTest : ViewTest {

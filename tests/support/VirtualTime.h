@@ -50,6 +50,7 @@ class VirtualMainLoop final : public MainLoop {
     while (!jobs_.empty() && jobs_.front().due <= end) runNext();
     clock_.setNow(end);
   }
+  [[nodiscard]] std::size_t waitingJobs() const { return jobs_.size(); }
   // Runs what is due now, and what that makes due now.
   void runPending() { runFor(Nanoseconds{0}); }
 
