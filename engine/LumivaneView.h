@@ -158,6 +158,7 @@ class LumivaneView {
   void tryNextPrefetch(int triesLeft);
   void prefetchAnswered(LoadOutcome outcome, int triesLeft);
   void acceptPrefetched(LoadedPicture picture);
+  void abandonPrefetch();
   [[nodiscard]] LoadLimits loadLimits() const;
   void tell(const std::vector<LoadMessage>& messages);
   [[nodiscard]] std::string pathAt(ImageIndex index) const;  // empty beyond the list

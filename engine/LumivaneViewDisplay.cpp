@@ -78,8 +78,7 @@ void LumivaneView::forgetPicturesInHand() {
   prefetch_.empty();
   prefetch_.prefetch_image_props_.reset();
   prefetch_.prefetchNextImageFailed_ = false;
-  prefetch_.prefetchNextImageRunning_ = false;
-  ++listGeneration_;
+  abandonPrefetch();
   current_image_.reset();
   current_image_props_.reset();
   removeFromMainLayer(prefetchLayer_);

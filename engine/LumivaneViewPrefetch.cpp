@@ -59,6 +59,12 @@ void LumivaneView::prefetchAnswered(LoadOutcome outcome, int triesLeft) {
   prefetch_.prefetchNextImageRunning_ = false;
 }
 
+// What the queue still brings belongs to another list, and nobody waits for it.
+void LumivaneView::abandonPrefetch() {
+  ++listGeneration_;
+  prefetch_.prefetchNextImageRunning_ = false;
+}
+
 // The hidden layer makes the compositor take the picture up before it is due.
 void LumivaneView::acceptPrefetched(LoadedPicture picture) {
   removeFromMainLayer(prefetchLayer_);

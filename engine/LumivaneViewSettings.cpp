@@ -65,7 +65,7 @@ void LumivaneView::saveConfig() {
 void LumivaneView::loadImageList(const std::string& displayName) {
   imageListPath_ = supportFile(imageListFileName(fileNameToken(displayName)));
   imagefiles_ = lumivane::loadImageList(host_.files, imageListPath_, host_.log);
-  ++listGeneration_;
+  abandonPrefetch();
   order_.refill(imagefiles_.size());
 }
 

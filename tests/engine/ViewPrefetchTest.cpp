@@ -137,6 +137,21 @@ TEST_F(ViewPrefetchTest, anAnswerForAnotherListIsDropped) {
   EXPECT_FALSE(view->prefetchSlot().full());
 }
 
+// Once a list that was read anew left the show waiting for ever for a prefetch of the old one.
+TEST_F(ViewPrefetchTest, doesNotWaitForAPrefetchOfAnotherList) {
+  listPictures(5);
+  queues.jobTime = std::chrono::seconds(3);
+  start();
+  beat();
+  run(Seconds{2.5});
+  ASSERT_TRUE(view->prefetchSlot().prefetchNextImageRunning_);
+  view->loadImageList(view->displayName());
+  EXPECT_FALSE(view->prefetchSlot().prefetchNextImageRunning_);
+  const std::string shown = view->filename();
+  run(Seconds{10});
+  EXPECT_NE(view->filename(), shown);
+}
+
 TEST_F(ViewPrefetchTest, aViewThatIsGoneHearsNothingMore) {
   listPictures(5);
   queues.jobTime = std::chrono::seconds(3);
