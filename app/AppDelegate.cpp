@@ -118,4 +118,8 @@ void AppDelegate::keyDown(const KeyEvent& event) {
   masterViewController_.keyDown(event);
 }
 
+void AppDelegate::modifiersChanged(Modifiers held) {
+  masterViewController_.flagsChanged(held);
+}
+
 }  // namespace lumivane

@@ -41,6 +41,7 @@ class AppDelegate final : public WindowListener {
   void windowScaleChanged(double scale) override;
   void windowWillClose() override;
   void keyDown(const KeyEvent& event) override;
+  void modifiersChanged(Modifiers held) override;
 
  private:
   void moveToDisplay(DisplayNumber display);

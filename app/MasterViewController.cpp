@@ -27,4 +27,8 @@ void MasterViewController::keyDown(const KeyEvent& event) {
   saver_->keyDown(event);
 }
 
+void MasterViewController::flagsChanged(Modifiers held) {
+  saver_->flagsChanged(held);
+}
+
 }  // namespace lumivane

@@ -24,6 +24,7 @@ class MasterViewController {
   void viewWillDisappear();
   void viewWillMoveToWindow(HostWindow* window);
   void keyDown(const KeyEvent& event);
+  void flagsChanged(Modifiers held);
 
   [[nodiscard]] LumivaneView& saver() { return *saver_; }
 

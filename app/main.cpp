@@ -9,16 +9,20 @@
 #include "app/AppDelegate.h"
 #include "app/Version.h"
 #include "imaging/decode/FileImageDecoder.h"
+#include "platform/linux/DBusFileBrowser.h"
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/DrmDisplayRegistry.h"
 #include "platform/linux/Environment.h"
+#include "platform/linux/FreedesktopTrash.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/ProcFreeMemory.h"
+#include "platform/linux/QtApplication.h"
 #include "platform/linux/QtDisplays.h"
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/QtTextRenderer.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
+#include "platform/linux/ThemeSounds.h"
 #include "platform/linux/ThreadSerialQueues.h"
 #include "platform/linux/XdgUserFolders.h"
 #include "settings/NamedDisplays.h"
@@ -54,22 +58,30 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
   ProcFreeMemory memory;
   SharedTables tables;
   QtMainLoop mainLoop(log);
-  const Host host{clock,
-                  mainLoop,
-                  queues,
-                  log,
-                  displays,
-                  settings,
-                  files,
-                  decoder,
-                  random,
-                  memory,
-                  text,
-                  tables,
-                  folders,
-                  {kShortVersion, kBuildNumber},
-                  systemVersion(),
-                  PhotosAuthorization::Authorized};
+  QtApplication program;
+  DBusFileBrowser fileBrowser(log, QDBusConnection::sessionBus(), openFolderOnDesktop);
+  FreedesktopTrash trash;
+  ThemeSounds sounds(queues, mainLoop);
+  const Host host{.clock = clock,
+                  .mainLoop = mainLoop,
+                  .queues = queues,
+                  .log = log,
+                  .displays = displays,
+                  .settings = settings,
+                  .files = files,
+                  .decoder = decoder,
+                  .random = random,
+                  .memory = memory,
+                  .text = text,
+                  .geocoder = nullptr,
+                  .application = program,
+                  .fileBrowser = fileBrowser,
+                  .trash = trash,
+                  .sounds = sounds,
+                  .tables = tables,
+                  .folders = folders,
+                  .programVersion = {kShortVersion, kBuildNumber},
+                  .systemVersion = systemVersion()};
   AppDelegate delegate(host, mainLoop);
   delegate.applicationWillFinishLaunching(arguments);
   if (const auto started = delegate.applicationDidFinishLaunching(); !started)

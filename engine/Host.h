@@ -8,16 +8,21 @@
 #include <map>
 #include <string>
 
+#include "imaging/Geocoder.h"
 #include "imaging/ImageDecoder.h"
 #include "imaging/TextRenderer.h"
+#include "platform/Application.h"
 #include "platform/Clock.h"
 #include "platform/Displays.h"
+#include "platform/FileBrowser.h"
 #include "platform/Files.h"
 #include "platform/FreeMemory.h"
 #include "platform/Log.h"
 #include "platform/MainLoop.h"
 #include "platform/RandomSource.h"
 #include "platform/SerialQueue.h"
+#include "platform/Sounds.h"
+#include "platform/Trash.h"
 #include "platform/UserFolders.h"
 #include "platform/Window.h"
 #include "settings/SettingsStore.h"
@@ -58,6 +63,11 @@ struct Host {
   RandomSource& random;
   const FreeMemory& memory;
   const TextRenderer& text;
+  Geocoder* geocoder;  // nullptr: there is none, and pictures keep their coordinates
+  Application& application;
+  FileBrowser& fileBrowser;
+  Trash& trash;
+  Sounds& sounds;
   SharedTables& tables;
   UserFolders folders;  // an empty data folder: there is no application-support folder
   ProgramVersion programVersion;

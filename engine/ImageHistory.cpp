@@ -14,7 +14,7 @@ constexpr std::int64_t kUnknownMemoryMB = 512;  // what a failed query counts as
 }  // namespace
 
 void ImageHistory::storeInHistoryImage(BitmapRef image, std::shared_ptr<const PropertyDictionary> properties,
-                                       ImageIndex index) {
+                                       ImageIndex index, std::string path) {
   imageHistoryIndex_ = 0;
   if (clearImageHistory_) {
     clear();
@@ -25,7 +25,7 @@ void ImageHistory::storeInHistoryImage(BitmapRef image, std::shared_ptr<const Pr
   freeOldestSlot();
   const auto end = history_.begin() + static_cast<std::ptrdiff_t>(current_history_size_);
   std::move_backward(history_.begin(), end - 1, end);
-  history_.front() = {std::move(image), std::move(properties), index};
+  history_.front() = {std::move(image), std::move(properties), index, std::move(path)};
 }
 
 bool ImageHistory::stepBack() {

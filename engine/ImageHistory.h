@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "compositor/model/Bitmap.h"
 #include "engine/ImageOrder.h"
@@ -22,7 +23,8 @@ namespace lumivane {
 struct HistoryEntry {
   BitmapRef img;  // nullptr = nothing stored here
   std::shared_ptr<const PropertyDictionary> props;
-  ImageIndex index = 0;
+  ImageIndex index = 0;  // its position in the list when it was stored
+  std::string path;      // the file that it was read from
 };
 
 class ImageHistory {
@@ -35,7 +37,7 @@ class ImageHistory {
   // Puts a picture in front, unless the newest one has the same index, and lets the size follow the free memory
   // by at most one entry. Sets the step back to the newest.
   void storeInHistoryImage(BitmapRef image, std::shared_ptr<const PropertyDictionary> properties,
-                           ImageIndex index);
+                           ImageIndex index, std::string path = {});
   // The entry that the user has stepped to.
   [[nodiscard]] const HistoryEntry& loadFromHistoryImage() const { return history_[imageHistoryIndex_]; }
   [[nodiscard]] const HistoryEntry& newest() const { return history_.front(); }

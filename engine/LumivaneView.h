@@ -6,7 +6,7 @@
 // Errors:  none leaves the view. What fails is logged, shown where the user must know, and the show goes on.
 //
 // The operations are spread over files named after their subject: LumivaneViewSetup, ...Display, ...FrameLoop,
-// ...PictureChange, ...Prefetch, ...Order, ...Messages, ...Settings, ...Keys.
+// ...PictureChange, ...Prefetch, ...Order, ...Messages, ...Places, ...Settings, ...Keys, ...Deletion.
 #pragma once
 
 #include <cstdint>
@@ -70,6 +70,7 @@ class LumivaneView {
   void printFilename(const std::string& path);
   void printFilename(const std::string& path, const std::optional<std::string>& info);
   void displayFilename(const std::string& path, const ImageInfo& info);
+  void displayNewLocation(const Result<std::vector<Placemark>>& answer);
   void refreshTextLayer();
 
   // --- Settings, list and record of this display ---
@@ -82,6 +83,9 @@ class LumivaneView {
 
   // --- Keys ---
   void keyDown(const KeyEvent& event);
+  void flagsChanged(Modifiers held);
+  // Moves the file to the trash; false (and logged) when it stays where it is.
+  bool deleteFile(const std::string& path);
 
   // --- What the host sets and asks ---
   void setWindowResizingHappened(bool happened) { windowResizingHappened_ = happened; }
@@ -101,6 +105,7 @@ class LumivaneView {
   [[nodiscard]] const std::string& filename() const { return filename_; }
   [[nodiscard]] ImageIndex imageIndex() const { return img_index_; }
   [[nodiscard]] const std::vector<std::string>& imageFiles() const { return imagefiles_; }
+  [[nodiscard]] const IndexList& imagesNotYetShown() const { return order_.imagesNotYetShown(); }
   [[nodiscard]] const ImageHistory& history() const { return history_; }
   [[nodiscard]] const PrefetchSlot& prefetchSlot() const { return prefetch_; }
   [[nodiscard]] const std::string& firstLine() const { return errmesg_; }
@@ -166,6 +171,8 @@ class LumivaneView {
   // Texts
   void makeTextLayerRectangle(Layer& layer, double fontSizePt, std::string_view text, bool adjustWidth);
 
+  void requestPlace(double latitude, double longitude);
+
   // Settings
   void resolveBookmarks();
   [[nodiscard]] std::string supportFile(const std::string& name) const;
@@ -178,6 +185,14 @@ class LumivaneView {
   void rewriteInformationLine();
   void toggleBlankScreen();
   [[nodiscard]] bool togglePauseZooming();
+  void revealShownFiles();
+  [[nodiscard]] bool leaveFullScreen();
+  [[nodiscard]] bool standsInForScreenSaver() const;
+
+  // Deletion
+  [[nodiscard]] bool deleteShownImage();
+  [[nodiscard]] bool shownFileIsNamed();
+  void forgetImageAt(ImageIndex index);
 
   // A job that does nothing once this view is gone.
   [[nodiscard]] Job whileAlive(Job job) const;
@@ -206,6 +221,8 @@ class LumivaneView {
   std::optional<WallTime> last_scan_;
   std::string filename_;
   ImageIndex img_index_ = 0;
+  std::string
+      current_image_path_;  // differs from filename_ where the list has shrunk since the picture was stored
   BitmapRef current_image_;
   std::shared_ptr<const PropertyDictionary> current_image_props_;
   std::uint64_t listGeneration_ = 0;  // tells a prefetch that its list has gone

@@ -1,6 +1,5 @@
 // The keys that steer the show. What a key does to this view it leaves for the views of all other displays as well.
 #include "engine/LumivaneView.h"
-#include "imaging/InformationText.h"
 
 namespace lumivane {
 namespace {
@@ -15,6 +14,9 @@ void LumivaneView::keyDown(const KeyEvent& event) {
 
 bool LumivaneView::actOnKey(const KeyEvent& event) {
   switch (event.character) {
+    case kReturnCharacter:
+      revealShownFiles();
+      return false;
     case kUpArrowCharacter:
     case kLeftArrowCharacter:
       stepBack();
@@ -39,25 +41,54 @@ bool LumivaneView::actOnKey(const KeyEvent& event) {
       return true;
     case U'z':
       return togglePauseZooming();
+    case kDeleteCharacter:
+      return deleteShownImage();
     case U'f':
       if (window_ != nullptr) window_->toggleFullScreen();
       startNewCycle();
       return true;
     case kEscapeCharacter:
-      if (window_ != nullptr && window_->isFullScreen()) {
-        window_->toggleFullScreen();
-        startNewCycle();
-      }
-      return true;
+      return leaveFullScreen();
     default:
+      if (standsInForScreenSaver()) host_.application.terminate();
       return true;
   }
+}
+
+// A screen saver ends at the touch of any modifier key; the Super key alone is spared, for the user may be on the way
+// to one of the desktop's own shortcuts.
+void LumivaneView::flagsChanged(Modifiers held) {
+  if ((held & kMetaModifier) == 0 && standsInForScreenSaver()) host_.application.terminate();
+}
+
+bool LumivaneView::standsInForScreenSaver() const {
+  return screensaver_surrogate_mode_ && window_ != nullptr && window_->isFullScreen();
 }
 
 void LumivaneView::forwardToOtherDisplays(const KeyEvent& event) {
   for (const DisplayNumber display : allScreenIDs_) {
     if (display != displayID_) host_.tables.pendingKeyEventsByDisplay[display] = event;
   }
+}
+
+// One key shows the pictures of all displays, each in a window of the file browser.
+void LumivaneView::revealShownFiles() {
+  for (const DisplayNumber display : allScreenIDs_) {
+    const auto shown = host_.tables.shownFileByDisplay.find(display);
+    if (shown != host_.tables.shownFileByDisplay.end()) host_.fileBrowser.selectFile(shown->second);
+  }
+}
+
+bool LumivaneView::leaveFullScreen() {
+  if (standsInForScreenSaver()) {
+    host_.application.terminate();
+    return false;
+  }
+  if (window_ != nullptr && window_->isFullScreen()) {
+    window_->toggleFullScreen();
+    startNewCycle();
+  }
+  return true;
 }
 
 // With nothing to step back to this simply moves on to the next picture.

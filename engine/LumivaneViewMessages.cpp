@@ -63,7 +63,10 @@ void LumivaneView::printFilename(const std::string& path, const std::optional<st
 void LumivaneView::displayFilename(const std::string& path, const ImageInfo& info) {
   img_description_ = imageDescription(path, info.caption, info.keywords);
   img_place_.reset();
-  if (info.latitude != 0 || info.longitude != 0) img_place_ = coordinatesText(info.latitude, info.longitude);
+  if (info.latitude != 0 || info.longitude != 0) {
+    img_place_ = coordinatesText(info.latitude, info.longitude);
+    requestPlace(info.latitude, info.longitude);
+  }
   img_date_.reset();
   if (info.date) img_date_ = trimmed(*info.date);
   printFilename(path, informationLine(img_description_, img_place_, img_date_));

@@ -57,6 +57,7 @@ void LumivaneView::showHistoryEntry() {
   const HistoryEntry& entry = history_.loadFromHistoryImage();
   current_image_ = entry.img;
   current_image_props_ = entry.props;
+  current_image_path_ = entry.path;
   img_index_ = entry.index;
   displayImageFromHistory_ = false;
 }
@@ -89,10 +90,11 @@ void LumivaneView::takePrefetchedPicture() {
   current_image_ = std::move(prefetch_.prefetched_image_);
   prefetch_.empty();
   img_index_ = prefetch_.prefetch_img_index_;
+  current_image_path_ = pathAt(img_index_);
   current_image_props_ = prefetch_.prefetch_image_props_;
   if (settings_.dontRandomize_) saveLastRunInfo();
   schedulePrefetch();
-  history_.storeInHistoryImage(current_image_, current_image_props_, img_index_);
+  history_.storeInHistoryImage(current_image_, current_image_props_, img_index_, current_image_path_);
 }
 
 // --- What is written about it ---

@@ -29,6 +29,7 @@ LumivaneView::LumivaneView(RectPt frame, const Host& host)
       preferences_(host.settings, host.log) {
   logBanner(frame);
   makeLayers(frame);
+  if (host_.geocoder == nullptr) logMessage("Initializing the geocoder failed!", true);
   appSupportDir_ = host_.folders.data;
   if (appSupportDir_.empty()) {
     logMessage("could not get application support directory!", true);

@@ -103,5 +103,114 @@ TEST_F(ViewKeysTest, fTogglesFullScreenAndEscapeLeavesIt) {
   EXPECT_EQ(window.fullScreenToggles, 2);
 }
 
+TEST_F(ViewKeysTest, tenStepsBackShowTenPicturesWithoutDecoding) {
+  showPictures(12);
+  const std::vector<std::string> list = view->imageFiles();
+  std::size_t expected = view->imageIndex();
+  const auto decodes = decoder.decodes;
+  for (int step = 0; step < 10; ++step) {
+    expected = (expected + list.size() - 1) % list.size();
+    press(kLeftArrowCharacter);
+    beat();
+    EXPECT_EQ(view->filename(), list[expected]);
+  }
+  EXPECT_EQ(decoder.decodes, decodes);
+}
+
+TEST_F(ViewKeysTest, returnRevealsThePicturesOfAllDisplays) {
+  showPictures(1);
+  tables.shownFileByDisplay[2] = "/other/picture.jpg";
+  tables.shownFileByDisplay[3] = "/a/display/that/is/gone.jpg";
+  press(kReturnCharacter);
+  EXPECT_EQ(fileBrowser.selected, (std::vector<std::string>{path(1), "/other/picture.jpg"}));
+  EXPECT_TRUE(tables.pendingKeyEventsByDisplay.empty()) << "one key reveals everything: nobody else is to";
+}
+
+TEST_F(ViewKeysTest, spacePausesTheShow) {
+  showPictures(1);
+  press(U' ');
+  EXPECT_TRUE(view->shownText().ends_with(" (slideshow paused)"));
+  const Layer* before = view->currentLayer();
+  run(Seconds{100});
+  EXPECT_EQ(view->currentLayer(), before);
+  press(U' ');
+  run(Seconds{0.1});
+  EXPECT_NE(view->currentLayer(), before);
+}
+
+TEST_F(ViewKeysTest, iHidesTheInformationLineAndShowsItAgain) {
+  configure([](DisplaySettings& s) { s.showImageInfo_ = true; });
+  showPictures(1);
+  press(U'i');
+  EXPECT_EQ(view->shownText(), " ");
+  press(U'i');
+  EXPECT_TRUE(view->shownText().ends_with("\n... info will be provided with next image, if available ..."));
+}
+
+// --- Standing in for the screen saver ---
+
+struct ViewSurrogateKeysTest : ViewKeysTest {
+  void showAsScreenSaver() {
+    showPictures(1);
+    view->setScreensaverSurrogateMode(true);
+    window.fullScreen = true;
+  }
+};
+
+TEST_F(ViewSurrogateKeysTest, anyOtherKeyQuits) {
+  showAsScreenSaver();
+  for (const char32_t key : {U'Z', U'x', kTabCharacter, kOtherKeyCharacter}) {
+    press(key);
+    EXPECT_EQ(application.terminations, 1);
+    application.terminations = 0;
+    EXPECT_TRUE(tables.pendingKeyEventsByDisplay.contains(2));
+    tables.pendingKeyEventsByDisplay.clear();
+  }
+}
+
+TEST_F(ViewSurrogateKeysTest, escapeQuitsAndIsNotForwarded) {
+  showAsScreenSaver();
+  press(kEscapeCharacter);
+  EXPECT_EQ(application.terminations, 1);
+  EXPECT_TRUE(window.fullScreen);
+  EXPECT_TRUE(tables.pendingKeyEventsByDisplay.empty());
+}
+
+TEST_F(ViewSurrogateKeysTest, theCommandKeysStillSteer) {
+  configure([](DisplaySettings& s) { s.kenBurnsIsOn_ = true; });
+  showAsScreenSaver();
+  for (const char32_t key : {kLeftArrowCharacter, kRightArrowCharacter, U' ', U'h', U'i', U'b', U'z'})
+    press(key);
+  EXPECT_EQ(application.terminations, 0);
+}
+
+TEST_F(ViewSurrogateKeysTest, aModifierKeyQuitsUnlessSuperIsHeld) {
+  showAsScreenSaver();
+  view->flagsChanged(kMetaModifier);
+  view->flagsChanged(kMetaModifier | kShiftModifier);
+  EXPECT_EQ(application.terminations, 0);
+  view->flagsChanged(kShiftModifier);
+  EXPECT_EQ(application.terminations, 1);
+  view->flagsChanged(kNoModifiers);  // Super was let go
+  EXPECT_EQ(application.terminations, 2);
+}
+
+TEST_F(ViewSurrogateKeysTest, inAWindowNothingQuits) {
+  showAsScreenSaver();
+  window.fullScreen = false;
+  press(U'x');
+  press(kEscapeCharacter);
+  view->flagsChanged(kShiftModifier);
+  EXPECT_EQ(application.terminations, 0);
+}
+
+TEST_F(ViewSurrogateKeysTest, anOrdinaryShowDoesNotQuit) {
+  showPictures(1);
+  window.fullScreen = true;
+  press(U'x');
+  view->flagsChanged(kShiftModifier);
+  EXPECT_EQ(application.terminations, 0);
+}
+
 }  // namespace
 }  // namespace lumivane

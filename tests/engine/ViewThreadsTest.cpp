@@ -49,10 +49,7 @@ struct ViewThreadsTest : ViewTest {
 TEST_F(ViewThreadsTest, prefetchesOnAThreadOfItsOwn) {
   listPictures(40);
   settingsStore = std::make_unique<SettingsStore>(files, log, folders.config);
-  const Host real{
-      clock,  hurried, threads, log,    displays, *settingsStore, files, decoder,
-      random, memory,  text,    tables, folders,  {"1.0", "1"},   {},    PhotosAuthorization::Authorized};
-  view = LumivaneView::initWithFrame({{0, 0}, {1920, 1080}}, false, real);
+  view = LumivaneView::initWithFrame({{0, 0}, {1920, 1080}}, false, hostWith(hurried, threads));
   view->viewWillMoveToWindow(&window);
   std::string last;
   for (int i = 0; i < 100; ++i) {
@@ -68,11 +65,8 @@ TEST_F(ViewThreadsTest, prefetchesOnAThreadOfItsOwn) {
 TEST_F(ViewThreadsTest, endsWhileAPictureIsBeingDecoded) {
   listPictures(40);
   settingsStore = std::make_unique<SettingsStore>(files, log, folders.config);
-  const Host real{
-      clock,  hurried, threads, log,    displays, *settingsStore, files, decoder,
-      random, memory,  text,    tables, folders,  {"1.0", "1"},   {},    PhotosAuthorization::Authorized};
   for (int i = 0; i < 20; ++i) {
-    view = LumivaneView::initWithFrame({{0, 0}, {1920, 1080}}, false, real);
+    view = LumivaneView::initWithFrame({{0, 0}, {1920, 1080}}, false, hostWith(hurried, threads));
     view->viewWillMoveToWindow(&window);
     view->startNewCycle();
     view->animateOneFrame();

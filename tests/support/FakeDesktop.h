@@ -88,6 +88,59 @@ class FakeWindow final : public HostWindow {
   void setReportsMouseMoves(bool /*reports*/) override {}
 };
 
+// A geocoder whose answers come when the test says so.
+class FakeGeocoder final : public Geocoder {
+ public:
+  struct Request {
+    double latitude;
+    double longitude;
+    Completion completion;
+  };
+  std::vector<Request> requests;
+  void reverseGeocodeLocation(double latitude, double longitude, Completion completion) override {
+    requests.push_back({latitude, longitude, std::move(completion)});
+  }
+};
+
+class FakeApplication final : public Application {
+ public:
+  int terminations = 0;
+  void terminate() override { ++terminations; }
+};
+
+class FakeFileBrowser final : public FileBrowser {
+ public:
+  std::vector<std::string> selected;
+  void selectFile(const std::string& path) override { selected.push_back(path); }
+};
+
+// Takes files out of the memory's folders, unless told to fail.
+class FakeTrash final : public Trash {
+ public:
+  explicit FakeTrash(MemoryFiles& files) : files_(files) {}
+  std::optional<std::string> failure;
+  std::vector<std::string> trashed;
+  [[nodiscard]] Result<Done> trashItem(const std::string& path) override {
+    if (failure) return Error{*failure};
+    files_.content.erase(path);
+    trashed.push_back(path);
+    return Done{};
+  }
+
+ private:
+  MemoryFiles& files_;
+};
+
+class FakeSounds final : public Sounds {
+ public:
+  std::vector<Sound> played;
+  bool silent = false;  // no sound can be had
+  void play(Sound sound, OnFailure onFailure) override {
+    played.push_back(sound);
+    if (silent && onFailure) onFailure("no sound theme");
+  }
+};
+
 class FakeFreeMemory final : public FreeMemory {
  public:
   std::int64_t megabytes = 8000;

@@ -68,11 +68,28 @@ class ViewTest : public testing::Test {
     view->viewDidEndLiveResize();
     view->setWindowResizingHappened(false);
   }
-  [[nodiscard]] Host host() {
-    return {clock,    loop,           queues,     log,
-            displays, *settingsStore, files,      decoder,
-            random,   memory,         text,       tables,
-            folders,  {"1.0", "42"},  {12, 0, 0}, PhotosAuthorization::Authorized};
+  [[nodiscard]] Host host() { return hostWith(loop, queues); }
+  [[nodiscard]] Host hostWith(MainLoop& mainLoop, SerialQueues& serialQueues) {
+    return {.clock = clock,
+            .mainLoop = mainLoop,
+            .queues = serialQueues,
+            .log = log,
+            .displays = displays,
+            .settings = *settingsStore,
+            .files = files,
+            .decoder = decoder,
+            .random = random,
+            .memory = memory,
+            .text = text,
+            .geocoder = withGeocoder ? &geocoder : nullptr,
+            .application = application,
+            .fileBrowser = fileBrowser,
+            .trash = trash,
+            .sounds = sounds,
+            .tables = tables,
+            .folders = folders,
+            .programVersion = {"1.0", "42"},
+            .systemVersion = {12, 0, 0}};
   }
 
   // Lets time pass with the heartbeat of the real program, 50 a second.
@@ -119,6 +136,12 @@ class ViewTest : public testing::Test {
   ScriptedRandom random;
   FakeFreeMemory memory;
   FakeTextRenderer text;
+  bool withGeocoder = true;
+  FakeGeocoder geocoder;
+  FakeApplication application;
+  FakeFileBrowser fileBrowser;
+  FakeTrash trash{files};
+  FakeSounds sounds;
   SharedTables tables;
   FakeWindow window;
   std::unique_ptr<LumivaneView> view;
