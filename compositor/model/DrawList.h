@@ -2,7 +2,7 @@
 //
 // Threads: a value.
 // Owns:    shares the contents.
-// Units:   points of the viewport, origin lower left, y up; never rounded.
+// Units:   points of the viewport, origin lower left, y up; never rounded here.
 // Errors:  none.
 #pragma once
 
@@ -16,12 +16,14 @@
 namespace lumivane {
 
 // The whole of a bitmap, as its orientation turns it, in a rectangle; it may reach beyond the viewport.
+// Pixel for pixel: the rectangle tells the place to the next whole pixel of the screen, the bitmap itself its size.
 struct PictureQuad {
   RectPt frame;
   BitmapRef contents;
   double opacity = 1;
   ContentsFilter minification = ContentsFilter::Linear;
   ContentsFilter magnification = ContentsFilter::Linear;
+  bool pixelForPixel = false;
   bool operator==(const PictureQuad&) const = default;
 };
 

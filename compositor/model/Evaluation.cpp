@@ -28,16 +28,18 @@ void drawShadow(const LayerVisit& visit, std::vector<Quad>& quads) {
     quads.push_back(ShadowQuad{rect, shadow.radius, shadow.color, shadow.opacity * visit.opacity});
 }
 
-void drawContents(const LayerVisit& visit, std::vector<Quad>& quads) {
+void drawContents(const LayerVisit& visit, double scale, std::vector<Quad>& quads) {
   const LayerProperties& properties = visit.layer->properties;
   const SizePx pixels = properties.contents->displaySize();
-  const SizePt content{static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
+  const bool pixelForPixel = properties.contentsGravity == ContentsGravity::LowerLeft;
+  const double pixelsAPoint = pixelForPixel ? scale : 1;
+  const SizePt content{pixels.width / pixelsAPoint, pixels.height / pixelsAPoint};
   quads.push_back(PictureQuad{contentsRect(visit.frame, content, properties.contentsGravity),
                               properties.contents, visit.opacity, properties.minificationFilter,
-                              properties.magnificationFilter});
+                              properties.magnificationFilter, pixelForPixel});
 }
 
-void draw(const LayerVisit& visit, std::vector<Quad>& quads) {
+void draw(const LayerVisit& visit, double scale, std::vector<Quad>& quads) {
   if (!visit.visible || !(visit.opacity > 0)) return;
   const LayerProperties& properties = visit.layer->properties;
   if (castsShadow(properties)) drawShadow(visit, quads);
@@ -45,14 +47,15 @@ void draw(const LayerVisit& visit, std::vector<Quad>& quads) {
   if (properties.backgroundColor.alpha > 0) {
     quads.push_back(ColorQuad{visit.frame, properties.backgroundColor, visit.opacity});
   }
-  if (properties.contents) drawContents(visit, quads);
+  if (properties.contents) drawContents(visit, scale, quads);
 }
 
 }  // namespace
 
 DrawList evaluate(const FrameSnapshot& frame, Seconds presentationTime) {
   DrawList list{frame.viewport, {}, texturesWanted(frame, presentationTime)};
-  visitLayers(frame, presentationTime, [&](const LayerVisit& visit) { draw(visit, list.quads); });
+  visitLayers(frame, presentationTime,
+              [&](const LayerVisit& visit) { draw(visit, frame.scale, list.quads); });
   return list;
 }
 

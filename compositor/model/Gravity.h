@@ -1,7 +1,7 @@
 // Where a layer's contents lie in relation to its bounds.
 //
 // Threads: any; pure.
-// Units:   points; the content size in any unit, only its proportions count.
+// Units:   points. Of a content that is scaled only the proportions count.
 // Errors:  contents or bounds without area give a rectangle without area.
 #pragma once
 
@@ -11,7 +11,7 @@
 namespace lumivane {
 
 // The whole content scaled, centred on the rectangle: stretched to it, fitted into it, or filling it (it then
-// reaches beyond the rectangle; nothing is cut off).
+// reaches beyond the rectangle; nothing is cut off). Or as large as it is, in the lower left corner.
 [[nodiscard]] RectPt contentsRect(const RectPt& rect, SizePt content, ContentsGravity gravity);
 
 // The same for sizes only.

@@ -20,7 +20,12 @@
 
 namespace lumivane {
 
-enum class ContentsGravity { Resize, ResizeAspect, ResizeAspectFill };
+enum class ContentsGravity {
+  Resize,
+  ResizeAspect,
+  ResizeAspectFill,
+  LowerLeft,  // neither scaled nor blurred: one pixel on one of the screen, from the lower left corner of the bounds
+};
 enum class ContentsFilter { Linear, Trilinear };
 
 struct LayerShadow {

@@ -93,7 +93,7 @@ void Renderer::draw(const PictureQuad& quad) {
   if (!isReady(quad)) return;
   picture_.use();
   setPicture(picture_, kOnlyPicture, 0, quad);
-  drawRect(picture_, toPixels(quad.frame), kEdgeMargin);
+  drawRect(picture_, frameOf(quad), kEdgeMargin);
 }
 
 void Renderer::draw(const ColorQuad& quad) {
@@ -116,8 +116,8 @@ void Renderer::draw(const ShadowQuad& quad) {
 }
 
 void Renderer::draw(const Dissolve& dissolve) {
-  const RectPx lower = toPixels(dissolve.lower->frame);
-  const RectPx upper = toPixels(dissolve.upper->frame);
+  const RectPx lower = frameOf(*dissolve.lower);
+  const RectPx upper = frameOf(*dissolve.upper);
   dissolve_.use();
   setPicture(dissolve_, kOnlyPicture, 0, *dissolve.lower);
   setPicture(dissolve_, kUpperPicture, 1, *dissolve.upper);
@@ -132,9 +132,20 @@ Renderer::RectPx Renderer::toPixels(const RectPt& rect) const {
           (rect.origin.y + rect.size.height) * pixelsAPointY_};
 }
 
+// At a scale like 1.25 a window seldom is a whole number of pixels for each of its points: only here is it known where
+// whole pixels lie.
+Renderer::RectPx Renderer::frameOf(const PictureQuad& quad) const {
+  const RectPx frame = toPixels(quad.frame);
+  if (!quad.pixelForPixel) return frame;
+  const SizePx pixels = quad.contents->displaySize();
+  const double left = std::round(frame.left);
+  const double bottom = std::round(frame.bottom);
+  return {left, bottom, left + pixels.width, bottom + pixels.height};
+}
+
 void Renderer::setPicture(const ShaderProgram& program, const char* const (&names)[5], int unit,
                           const PictureQuad& quad) {
-  const RectPx rect = toPixels(quad.frame);
+  const RectPx rect = frameOf(quad);
   const double width = rect.right - rect.left;
   const double height = rect.top - rect.bottom;
   const OrientationMap map = orientationMap(quad.contents->orientation());

@@ -40,6 +40,7 @@ class Renderer final : public Painter {
 
   [[nodiscard]] bool isReady(const PictureQuad& quad) const { return textures_.texture(quad.contents) != 0; }
   [[nodiscard]] RectPx toPixels(const RectPt& rect) const;
+  [[nodiscard]] RectPx frameOf(const PictureQuad& quad) const;
   static void setRect(GLint uniform, const RectPx& rect);
   // Binds the picture's texture to a unit and tells the program where it lies, under names beginning like this.
   void setPicture(const ShaderProgram& program, const char* const (&names)[5], int unit,

@@ -237,5 +237,24 @@ TEST_F(EvaluationTest, anAnimationYetToBeginCountsAsMotion) {
   EXPECT_FALSE(movingAt(51));
 }
 
+// Of contents made for the screen's own pixels it is the pixels that tell how many points they take up.
+TEST_F(EvaluationTest, contentsInTheLowerLeftCornerAreDrawnPixelForPixel) {
+  Layer* const text = root.addSublayer(std::make_unique<Layer>());
+  text->edit([&](LayerProperties& p) {
+    p.bounds = {{0, 0}, {161.3, 121.7}};
+    p.anchorPoint = {0, 0};
+    p.position = {14, 14};
+    p.contents = picture;
+    p.contentsGravity = ContentsGravity::LowerLeft;
+  });
+  const DrawList list = evaluate(*makeFrameSnapshot(root, kScreen, 2.5), Seconds{0});
+  ASSERT_EQ(list.quads.size(), 1U);
+  const auto& quad = std::get<PictureQuad>(list.quads.front());
+  EXPECT_TRUE(quad.pixelForPixel);
+  EXPECT_EQ(quad.frame, (RectPt{{14, 14}, {160, 120}}));
+  text->edit([](LayerProperties& p) { p.contentsGravity = ContentsGravity::Resize; });
+  EXPECT_FALSE(std::get<PictureQuad>(at(0).quads.front()).pixelForPixel);
+}
+
 }  // namespace
 }  // namespace lumivane

@@ -26,6 +26,11 @@ TEST(Gravity, theSameProportionsGiveTheBoxToTheLastBit) {
   EXPECT_EQ(contentsSize({1920, 1080}, {1600, 900}, ContentsGravity::ResizeAspectFill).width, 1920);
 }
 
+TEST(Gravity, lowerLeftLeavesTheContentsAsLargeAsTheyAre) {
+  EXPECT_EQ(contentsRect(kBox, {300, 7}, ContentsGravity::LowerLeft), (RectPt{{10, 20}, {300, 7}}));
+  EXPECT_EQ(contentsSize({200, 100}, {300, 7}, ContentsGravity::LowerLeft), (SizePt{300, 7}));
+}
+
 TEST(Gravity, contentsWithoutAreaStayWithoutArea) {
   EXPECT_EQ(contentsSize({200, 100}, {0, 5}, ContentsGravity::ResizeAspect), (SizePt{}));
 }
