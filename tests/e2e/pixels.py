@@ -17,6 +17,12 @@ def of_screen(environment):
     return _raw(["import", "-silent", "-window", "root", "-resize", f"{WIDTH}x{HEIGHT}!", "-depth", "8", "rgb:-"], environment)
 
 
+def area_of_screen(environment, x, y, width, height):
+    """A part of the X screen, pixel by pixel."""
+    return subprocess.run(["import", "-silent", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-"],
+                          env=environment, stdout=subprocess.PIPE, timeout=60, check=True).stdout
+
+
 def of_file(path):
     """The picture as it is, squeezed into the small size."""
     return _raw(["convert", str(path), "-resize", f"{WIDTH}x{HEIGHT}!", "-depth", "8", "rgb:-"])

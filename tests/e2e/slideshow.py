@@ -55,8 +55,26 @@ class VirtualScreen:
     def shot(self):
         return pixels.of_screen({**os.environ, **self.environment})
 
+    def area(self, x, y, width, height):
+        """The pixels of a part of the screen."""
+        return pixels.area_of_screen({**os.environ, **self.environment}, x, y, width, height)
+
+    def do(self, *arguments):
+        """Has the user's hand move: xdotool's own words for what it does."""
+        return subprocess.run(["xdotool", *arguments], env={**os.environ, **self.environment}, timeout=30, check=True,
+                              text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
+
     def press(self, key):
-        subprocess.run(["xdotool", "key", key], env={**os.environ, **self.environment}, timeout=30, check=True)
+        self.do("key", key)
+
+    def window_size(self):
+        """Of the slideshow's window; None while there is none."""
+        try:
+            told = self.do("search", "--onlyvisible", "--name", "^Lumivane$", "getwindowgeometry")
+        except subprocess.CalledProcessError:
+            return None
+        found = re.search(r"Geometry: (\d+)x(\d+)", told)
+        return tuple(map(int, found.groups())) if found else None
 
     def close(self):
         for process in (self.manager, self.server):
@@ -87,6 +105,48 @@ class WaylandScreen:
         end(self.server)
 
 
+class FileBrowser:
+    """Stands in for the desktop's file manager and keeps what it was asked to show."""
+
+    NAME, PATH = "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1"
+
+    def __init__(self, environment, log):
+        self.log = pathlib.Path(log)
+        self.process = subprocess.Popen(
+            ["/usr/bin/python3", "-m", "dbusmock", "--session", "--logfile", log, self.NAME, self.PATH, self.NAME],
+            env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        method = ["gdbus", "call", "--session", "--dest", self.NAME, "--object-path", self.PATH, "--method",
+                  "org.freedesktop.DBus.Mock.AddMethod", self.NAME, "ShowItems", "ass", "", ""]
+        eventually(lambda: subprocess.run(method, env=environment, timeout=30, check=False, stdout=subprocess.DEVNULL,
+                                          stderr=subprocess.DEVNULL).returncode == 0, "the file manager's stand-in answers")
+
+    def requests(self):
+        """The URIs of each request, in order; None while there is no request."""
+        asked = [line for line in self.log.read_text().splitlines() if " ShowItems " in line] if self.log.exists() else []
+        return [re.findall(r'"(file:[^"]*)"', line) for line in asked] or None
+
+
+class SessionBus:
+    """A D-Bus session of its own."""
+
+    def __init__(self, home):
+        self.home = home
+        self.address = f"unix:path={home}/session-bus"
+        self.environment = {**without_display(), "HOME": home, "DBUS_SESSION_BUS_ADDRESS": self.address}
+        self.processes = [subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--address", self.address],
+                                           env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)]
+        eventually(pathlib.Path(home, "session-bus").exists, "the session bus listens")
+
+    def start_file_browser(self):
+        browser = FileBrowser(self.environment, self.home + "/file-browser.log")
+        self.processes.insert(0, browser.process)
+        return browser
+
+    def close(self):
+        for process in self.processes:
+            end(process)
+
+
 def without_display():
     return {name: value for name, value in os.environ.items()
             if name not in ("DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY", "QT_QPA_PLATFORM", "DBUS_SESSION_BUS_ADDRESS")}
@@ -114,6 +174,7 @@ class Slideshow:
                             "XDG_CACHE_HOME": home + "/cache", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent",
                             **screen.environment}
         self.process = None
+        self.reader = None
         self.lines = []
         self.shown = None
         self.unread = queue.Queue()
@@ -130,13 +191,19 @@ class Slideshow:
         for key, value in {**PLAIN, **settings}.items():
             self.companion("settings", key, value)
 
+    def begin_anew(self):
+        """Ends an earlier run and forgets what it logged."""
+        self.close()
+        self.lines, self.shown, self.unread = [], None, queue.Queue()
+
     def start(self, *flags):
         self.process = subprocess.Popen([APP, *flags], env=self.environment, stderr=subprocess.PIPE, text=True,
                                         errors="replace", stdout=subprocess.DEVNULL)
-        threading.Thread(target=self._read, daemon=True).start()
+        self.reader = threading.Thread(target=self._read, args=(self.process.stderr,), daemon=True)
+        self.reader.start()
 
-    def _read(self):
-        for line in self.process.stderr:
+    def _read(self, log):
+        for line in log:
             self.lines.append(line.rstrip("\n"))
             self.unread.put(line.rstrip("\n"))
 
@@ -152,10 +219,28 @@ class Slideshow:
                 self.shown = found.group(1)
                 return pathlib.Path(self.shown)
 
+    def shown_lines(self):
+        """The paths of all pictures that were shown so far, in order."""
+        found = (SHOWN.search(line) for line in self.lines)
+        return [pathlib.Path(line.group(1)) for line in found if line]
+
+    def count(self, text):
+        return sum(text in line for line in self.lines)
+
+    def kill(self):
+        """Ends the program where it stands, and reads the rest of its log."""
+        self.process.kill()
+        self.process.wait()
+        self.reader.join()
+        self.process.stderr.close()
+        self.process = None
+
     def close(self):
         if self.process is not None:
             end(self.process)
+            self.reader.join(timeout=10)
             self.process.stderr.close()
+            self.process = None
 
 
 class SlideshowTest(unittest.TestCase):
