@@ -1,0 +1,45 @@
+#!/usr/bin/python3
+"""What the show holds in memory stays what it is, however many large pictures it has shown.
+
+LUMIVANE_CHANGES says how many pictures are shown.
+"""
+import os
+import pathlib
+import re
+import subprocess
+import unittest
+
+from slideshow import SlideshowTest
+
+CHANGES = int(os.environ.get("LUMIVANE_CHANGES", "80"))
+SETTLED = 30      # changes until the history and all pools are full
+ROOM_MIB = 24     # what may come and go between two looks
+
+
+def resident_mib(process):
+    status = pathlib.Path(f"/proc/{process.pid}/status").read_text()
+    return int(re.search(r"RssAnon:\s+(\d+) kB", status).group(1)) / 1024
+
+
+class Memory(SlideshowTest):
+    def test_it_stays_flat_over_many_changes(self):
+        large = pathlib.Path(self.home) / "large"
+        large.mkdir()
+        for number, picture in enumerate(sorted(self.pictures.iterdir())):
+            subprocess.run(["convert", picture, "-resize", "6000x4000!", "-quality", "80", large / f"{number:02}.jpg"],
+                           timeout=60, check=True)
+        self.show.set_up(large)
+        self.show.start("-f")
+        seen = []
+        for _ in range(CHANGES):
+            self.show.next_shown()
+            self.screen.press("Right")
+            seen.append(resident_mib(self.show.process))
+        if CHANGES >= 4 * SETTLED or os.environ.get("LUMIVANE_REPORT"):
+            print("MiB every 20 changes:", [round(mib) for mib in seen[::20]])
+        early, late = seen[SETTLED:SETTLED + 20], seen[-20:]
+        self.assertLess(max(late) - max(early), ROOM_MIB, [round(mib) for mib in seen])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
