@@ -23,6 +23,7 @@
 #include "engine/LastRunRecord.h"
 #include "engine/PrefetchSlot.h"
 #include "imaging/ImageInfo.h"
+#include "imaging/LayerText.h"
 #include "imaging/PanAndZoom.h"
 #include "imaging/PictureLayers.h"
 #include "imaging/PictureLoading.h"
@@ -261,6 +262,8 @@ class LumivaneView {
   std::optional<std::string> img_place_;
   std::optional<std::string> img_date_;
   std::string shownText_;
+  LayerText shownInformation_;
+  LayerText shownHelp_;
   double helpFontSize_ = 10;
   std::string helptext_;
 

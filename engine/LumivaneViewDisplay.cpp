@@ -3,7 +3,6 @@
 
 #include "engine/FormattedText.h"
 #include "engine/LumivaneView.h"
-#include "imaging/TextLayout.h"
 #include "platform/PrintableText.h"
 #include "settings/UniqueDisplayNames.h"
 

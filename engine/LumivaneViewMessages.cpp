@@ -3,7 +3,6 @@
 
 #include "engine/LumivaneView.h"
 #include "imaging/InformationText.h"
-#include "imaging/TextLayout.h"
 
 namespace lumivane {
 namespace {
@@ -79,14 +78,10 @@ void LumivaneView::refreshTextLayer() {
 
 void LumivaneView::makeTextLayerRectangle(Layer& layer, double fontSizePt, std::string_view text,
                                           bool adjustWidth) {
-  const TextLayout layout =
-      layOutText(host_.text, {text, fontSizePt, drawRect_.size, adjustWidth, settings_.showImagePath_});
-  BitmapRef rendered = host_.text.render(layout.text, layout.style, layout.bounds.size, contentsScale_);
-  layer.edit([&](LayerProperties& p) {
-    p.contents = std::move(rendered);
-    p.bounds = layout.bounds;
-    p.shadow.path = layout.bounds;
-  });
+  LayerText& shown = &layer == help_layer_ ? shownHelp_ : shownInformation_;
+  shown.set(layer, host_.text,
+            {std::string(text), fontSizePt, drawRect_.size, adjustWidth, settings_.showImagePath_},
+            contentsScale_);
 }
 
 Job LumivaneView::whileAlive(Job job) const {

@@ -1,7 +1,13 @@
 #include "imaging/TextLayout.h"
 
+#include <unicode/brkiter.h>
+#include <unicode/unistr.h>
+
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <memory>
+#include <string_view>
 
 namespace lumivane {
 namespace {
@@ -11,32 +17,34 @@ constexpr double kOneLine = 1.5;      // times the font size: tall enough for on
 constexpr double kMarginWidth = 0.3;  // times the font size
 constexpr double kMarginHeight = 0.2;
 constexpr std::string_view kEllipsis = "..";
+constexpr int kLeastWorthShortening = 3;  // characters
 
 // Messages that are left to wrap: their whole text matters.
 constexpr std::array<std::string_view, 5> kWrappingMessages = {
     "Image gone", "Change pics", "Several images in a row", "Can't delete", "Rescan the pictures"};
 
-std::size_t utf16Units(char lead) {
-  const auto byte = static_cast<unsigned char>(lead);
-  if (byte >= 0xF0) return 2;
-  return (byte & 0xC0U) == 0x80U ? 0 : 1;
+// Counted as the renderer counts: both see a replacement character where bytes are no UTF-8.
+icu::UnicodeString utf16(std::string_view utf8) {
+  const std::size_t length = std::min<std::size_t>(utf8.size(), std::numeric_limits<std::int32_t>::max());
+  return icu::UnicodeString::fromUTF8({utf8.data(), static_cast<std::int32_t>(length)});
 }
 
-std::size_t utf16Length(std::string_view utf8) {
-  std::size_t units = 0;
-  for (const char c : utf8) units += utf16Units(c);
-  return units;
+std::string utf8(const icu::UnicodeString& utf16Text) {
+  std::string text;
+  utf16Text.toUTF8String(text);
+  return text;
 }
 
-// The text from the given UTF-16 position on, never starting inside a character.
-std::string_view fromUtf16Position(std::string_view utf8, std::size_t position) {
-  std::size_t units = 0;
-  for (std::size_t i = 0; i < utf8.size(); ++i) {
-    const std::size_t width = utf16Units(utf8[i]);
-    if (width != 0 && units >= position) return utf8.substr(i);
-    units += width;
+// The text from a position on, or from the next one that splits nothing that is seen as one character.
+icu::UnicodeString tailFrom(const icu::UnicodeString& text, std::int32_t position) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::BreakIterator> characters(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  if (U_SUCCESS(status)) {
+    characters->setText(text);
+    if (!characters->isBoundary(position)) position = characters->following(position);
   }
-  return {};
+  return text.tempSubString(position);
 }
 
 bool isLeftToWrap(std::string_view text) {
@@ -45,21 +53,25 @@ bool isLeftToWrap(std::string_view text) {
 }
 
 void adjustToWidth(const TextRenderer& renderer, const TextLayoutRequest& request, TextLayout& layout) {
-  const std::string_view firstLine = request.text.substr(0, request.text.find('\n'));
-  const std::size_t length = utf16Length(firstLine);
+  const icu::UnicodeString text = utf16(layout.text);
+  const std::int32_t lineEnd = text.indexOf(u'\n');
+  const std::int32_t length = lineEnd < 0 ? text.length() : lineEnd;
+  const std::string firstLine = utf8(text.tempSubString(0, length));
   const SizePt oneLine{request.screen.width, kOneLine * request.fontSizePt};
   TextStyle style = layout.style;
   style.lineBreakMode = LineBreakMode::CharacterWrapping;
-  const auto fitting = [&] { return renderer.measure(firstLine, style, oneLine).fittingUtf16Units; };
+  const auto fitting = [&] {
+    return static_cast<std::int32_t>(renderer.measure(firstLine, style, oneLine).fittingUtf16Units);
+  };
 
   if (fitting() < length) style.kerningPt = kSqueezedKerningPt;
-  if (!isLeftToWrap(request.text)) {
-    const std::size_t squeezed = fitting();
-    if (squeezed < length && squeezed > 3 && request.showImagePath) {
+  if (!isLeftToWrap(layout.text)) {
+    const std::int32_t squeezed = fitting();
+    if (squeezed < length && squeezed > kLeastWorthShortening && request.showImagePath) {
       style.kerningPt = 0;
-      const std::size_t plain = fitting();
-      layout.text = std::string(kEllipsis);
-      layout.text += fromUtf16Position(request.text, length - plain + 3);
+      // The line end stays, even where so little fits that nothing of the line does beside the dots.
+      const std::int32_t position = std::min(length - fitting() + kLeastWorthShortening, length);
+      layout.text = std::string(kEllipsis) + utf8(tailFrom(text, position));
     }
   }
   layout.style.kerningPt = style.kerningPt;
@@ -69,7 +81,7 @@ void adjustToWidth(const TextRenderer& renderer, const TextLayoutRequest& reques
 
 TextLayout layOutText(const TextRenderer& renderer, const TextLayoutRequest& request) {
   TextLayout layout;
-  layout.text = request.text;
+  layout.text = utf8(utf16(request.text));
   layout.style.fontSizePt = request.fontSizePt;
   layout.style.styled = renderer.fontAvailable();
   if (request.adjustWidth) adjustToWidth(renderer, request, layout);

@@ -2,11 +2,10 @@
 //
 // Threads: main only (the text renderer is).
 // Units:   points; counts in UTF-16 code units, as the text renderer measures.
-// Errors:  none.
+// Errors:  none; what is not valid UTF-8 becomes replacement characters.
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "imaging/TextRenderer.h"
 #include "platform/Geometry.h"
@@ -20,11 +19,12 @@ struct TextLayout {
 };
 
 struct TextLayoutRequest {
-  std::string_view text;
+  std::string text;
   double fontSizePt = 20;
   SizePt screen;
   bool adjustWidth = false;    // squeeze or shorten a first line that is too wide
   bool showImagePath = false;  // the first line is a path: its beginning may go, its end must stay visible
+  bool operator==(const TextLayoutRequest&) const = default;
 };
 
 [[nodiscard]] TextLayout layOutText(const TextRenderer& renderer, const TextLayoutRequest& request);

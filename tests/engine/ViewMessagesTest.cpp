@@ -33,6 +33,21 @@ TEST_F(ViewMessagesTest, theTextLayerFollowsTheText) {
   EXPECT_TRUE(p.contents);
 }
 
+TEST_F(ViewMessagesTest, whatStandsThereAlreadyIsNotDrawnAnew) {
+  start();
+  view->displayMessage("hello", std::nullopt);
+  const int renders = text.renders;
+  const std::uint64_t revision = view->mainLayer().treeRevision();
+  view->displayMessage("hello", "");
+  view->refreshTextLayer();
+  EXPECT_EQ(text.renders, renders);
+  EXPECT_EQ(view->mainLayer().treeRevision(), revision);
+  view->setContentsScale(2);
+  EXPECT_EQ(text.renders, renders + 2) << "the line and the help";
+  view->setContentsScale(2);
+  EXPECT_EQ(text.renders, renders + 2);
+}
+
 TEST_F(ViewMessagesTest, logsAndShows) {
   start();
   view->logAndDisplayMessage("Image gone: ", "a.jpg", true);
