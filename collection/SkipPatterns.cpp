@@ -5,6 +5,7 @@
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -58,6 +59,46 @@ std::string toUtf8(std::u16string_view text) {
   return result;
 }
 
+// What went wrong, for somebody who has never heard of ICU.
+std::string reasonFor(UErrorCode status) {
+  switch (status) {
+    case U_REGEX_MISMATCHED_PAREN:
+      return "a round bracket has no counterpart";
+    case U_REGEX_MISSING_CLOSE_BRACKET:
+      return "a square bracket is not closed";
+    case U_REGEX_BAD_ESCAPE_SEQUENCE:
+      return "this is nothing that a backslash can be followed by";
+    case U_REGEX_BAD_INTERVAL:
+      return "numbers are missing between curly brackets";
+    case U_REGEX_MAX_LT_MIN:
+      return "the second number between curly brackets is the smaller one";
+    case U_REGEX_NUMBER_TOO_BIG:
+      return "a number is too large";
+    case U_REGEX_INVALID_RANGE:
+      return "a range between square brackets is backwards or unfinished";
+    case U_REGEX_PROPERTY_SYNTAX:
+      return "no class of characters has this name";
+    case U_REGEX_INVALID_BACK_REF:
+      return "it refers to a group that does not exist";
+    case U_REGEX_INVALID_FLAG:
+      return "there is no such flag";
+    case U_REGEX_INVALID_CAPTURE_GROUP_NAME:
+      return "a group's name is not valid";
+    case U_REGEX_LOOK_BEHIND_LIMIT:
+      return "what is looked back at has no limit in length";
+    case U_REGEX_PATTERN_TOO_BIG:
+    case U_REGEX_STACK_OVERFLOW:
+      return "the pattern is too large";
+    default:
+      return "this is no regular expression";
+  }
+}
+
+// Requires: a pattern without white space around it.
+URegularExpression* openPattern(std::u16string_view pattern, UParseError& place, UErrorCode& status) {
+  return uregex_open(pattern.data(), static_cast<std::int32_t>(pattern.size()), 0, &place, &status);
+}
+
 }  // namespace
 
 class SkipPatterns::Expression {
@@ -102,8 +143,7 @@ void SkipPatterns::compile() {
     if (pattern.empty()) continue;
     UErrorCode status = U_ZERO_ERROR;
     UParseError place{};
-    URegularExpression* compiled =
-        uregex_open(pattern.data(), static_cast<std::int32_t>(pattern.size()), 0, &place, &status);
+    URegularExpression* compiled = openPattern(pattern, place, status);
     if (U_FAILURE(status)) {
       log_.error("Error in regexp: " + printable(toUtf8(pattern)) + "\n   error message: " +
                  u_errorName(status) + " at character " + std::to_string(place.offset));
@@ -121,6 +161,26 @@ bool SkipPatterns::matchesSkipPattern(std::string_view path) {
     if (expression.covers(path_, log_)) return true;
   }
   return false;
+}
+
+std::optional<SkipPatternFault> firstSkipPatternFault(std::string_view text) {
+  std::u16string utf16;
+  convertToUtf16(text, utf16);
+  const std::u16string_view rest(utf16);
+  std::size_t line = 1;
+  for (std::size_t begin = 0; begin <= rest.size(); ++line) {
+    const std::size_t end = std::min(rest.find(u'\n', begin), rest.size());
+    const std::u16string pattern = trimmed(rest.substr(begin, end - begin));
+    begin = end + 1;
+    if (pattern.empty()) continue;
+    UErrorCode status = U_ZERO_ERROR;
+    UParseError place{};
+    uregex_close(openPattern(pattern, place, status));  // closing none is allowed
+    if (U_SUCCESS(status)) continue;
+    return SkipPatternFault{line, static_cast<std::size_t>(std::max(place.offset, std::int32_t{0})),
+                            reasonFor(status)};
+  }
+  return std::nullopt;
 }
 
 }  // namespace lumivane

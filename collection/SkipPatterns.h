@@ -6,6 +6,7 @@
 //          long: no pattern can hang a walk.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,5 +38,17 @@ class SkipPatterns {
   std::optional<std::vector<Expression>> expressions_;  // absent: not compiled yet
   std::u16string path_;                                 // the path being tested; kept for its memory
 };
+
+// A line that is no regular expression, told while the user types it.
+struct SkipPatternFault {
+  std::size_t line = 0;       // from 1, blank lines counted
+  std::size_t character = 0;  // within the trimmed line, from 1: where reading stopped; 0 = unknown
+  std::string reason;         // a few words in English, without a full stop
+  bool operator==(const SkipPatternFault&) const = default;
+};
+
+// The first faulty line of a text with one pattern a line; absent when SkipPatterns would leave out none.
+// Threads: any; a pure function. Cost: compiles every line, so for a text that a person edits.
+[[nodiscard]] std::optional<SkipPatternFault> firstSkipPatternFault(std::string_view text);
 
 }  // namespace lumivane

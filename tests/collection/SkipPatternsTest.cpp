@@ -98,5 +98,40 @@ TEST_F(SkipPatternsTest, ControlCharactersOfAPatternAreEscapedInTheLog) {
   EXPECT_THAT(log_.entries()[0].text, testing::StartsWith("Error in regexp: (\\x1B[2J\n"));
 }
 
+TEST(SkipPatternFaultTest, ATextThatIsAllRightHasNone) {
+  EXPECT_FALSE(firstSkipPatternFault(""));
+  EXPECT_FALSE(firstSkipPatternFault("\n\n  \n"));
+  EXPECT_FALSE(firstSkipPatternFault(".*/thumb.*\n  .*\\.tmp\\.jpg \n"));
+  EXPECT_FALSE(firstSkipPatternFault("\xFF.*"));
+}
+
+TEST(SkipPatternFaultTest, TellsTheLineThePlaceAndWhatIsWrong) {
+  EXPECT_EQ(firstSkipPatternFault("  (a"), (SkipPatternFault{1, 2, "a round bracket has no counterpart"}));
+  EXPECT_EQ(firstSkipPatternFault(".*\n\n [a"), (SkipPatternFault{3, 2, "a square bracket is not closed"}));
+  EXPECT_EQ(firstSkipPatternFault("a{3,2}\n("),
+            (SkipPatternFault{1, 6, "the second number between curly brackets is the smaller one"}));
+  EXPECT_EQ(firstSkipPatternFault("[z-a]")->reason,
+            "a range between square brackets is backwards or unfinished");
+  EXPECT_EQ(firstSkipPatternFault("*")->reason, "this is no regular expression");
+}
+
+TEST_F(SkipPatternsTest, AFaultIsToldExactlyWhenAPatternIsLeftOut) {
+  for (const char* pattern : {"(",           ")",
+                              "[",           "]",
+                              "a{",          "a{1",
+                              "\\",          "\\Q",
+                              "(?<a",        "(?z)",
+                              "\\1",         "(?<=a*)",
+                              "{",           "a**",
+                              "a+",          "\\p{Nonsense}",
+                              "\\x{110000}", "\\d",
+                              "^$",          "|",
+                              ".*",          "a{999999999999}"}) {
+    log_.clear();
+    (void)matches({pattern}, "x");
+    EXPECT_EQ(firstSkipPatternFault(pattern).has_value(), !log_.entries().empty()) << pattern;
+  }
+}
+
 }  // namespace
 }  // namespace lumivane
