@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/PrintableText.h"
 #include "platform/linux/QtGlContext.h"
 
 namespace lumivane {
@@ -13,10 +12,14 @@ constexpr std::chrono::seconds kUnseenForLong{1};
 }  // namespace
 
 AppDelegate::AppDelegate(const Host& host, QtMainLoop& mainLoop)
-    : host_(host), mainLoop_(mainLoop), masterViewController_(host) {}
+    : host_(host),
+      mainLoop_(mainLoop),
+      launcher_(host.files, host.log, host.folders.state),
+      masterViewController_(host) {}
 
 AppDelegate::~AppDelegate() {
   masterViewController_.viewWillDisappear();
+  launcher_.removeAliveFile();
 }
 
 void AppDelegate::applicationWillFinishLaunching(const std::vector<std::string>& arguments) {
@@ -24,8 +27,8 @@ void AppDelegate::applicationWillFinishLaunching(const std::vector<std::string>&
   host_.log.information("\n");
   host_.log.information("\n");
   host_.log.information("LumivaneApp starting");
-  for (const std::string& argument : arguments) flags_.add(argument);
-  for (const std::string& word : flags_.unknown) host_.log.error("Unknown flag (" + printable(word) + ")!");
+  launcher_.takeRequest(flags_, host_.clock.wallTime());
+  for (const std::string& argument : arguments) addOrLog(flags_, argument, host_.log);
 }
 
 Result<Done> AppDelegate::applicationDidFinishLaunching() {
@@ -51,6 +54,7 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
   view.viewDidEndLiveResize();
   view.setWindowResizingHappened(false);
   view.setScreensaverSurrogateMode(flags_.surrogate);
+  launcher_.writeAliveFile(host_.clock.wallTime());
   return Done{};
 }
 

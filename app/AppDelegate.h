@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "app/LaunchFlags.h"
+#include "app/LauncherFiles.h"
 #include "app/LayerTreeCommit.h"
 #include "app/MasterViewController.h"
 #include "compositor/render/RenderThread.h"
@@ -50,6 +51,7 @@ class AppDelegate final : public WindowListener {
 
   const Host host_;
   QtMainLoop& mainLoop_;
+  LauncherFiles launcher_;
   LaunchFlags flags_;
   MasterViewController masterViewController_;
   std::unique_ptr<SlideshowWindow> window_;

@@ -2,15 +2,16 @@
 
 namespace lumivane {
 
-void LaunchFlags::add(std::string_view word) {
+bool LaunchFlags::add(std::string_view word) {
   if (word == "-f") {
     fullScreen = true;
   } else if (word == "-s") {
     fullScreen = true;
     surrogate = true;
   } else {
-    unknown.emplace_back(word);
+    return false;
   }
+  return true;
 }
 
 }  // namespace lumivane

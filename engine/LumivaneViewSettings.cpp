@@ -1,11 +1,9 @@
 // What this display remembers: its settings, its list of pictures, and where the show stopped.
-#include <array>
-#include <ctime>
-
 #include "collection/FolderBookmarks.h"
 #include "collection/ImageListFile.h"
 #include "engine/FormattedText.h"
 #include "engine/LumivaneView.h"
+#include "platform/DateText.h"
 #include "platform/PrintableText.h"
 #include "settings/DisplayFileName.h"
 #include "settings/HelpText.h"
@@ -13,15 +11,8 @@
 namespace lumivane {
 namespace {
 
-// Year-month-day, time and zone in one line, as the log shows a date.
 std::string describeDate(const std::optional<WallTime>& date) {
-  if (!date) return "(null)";
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(*date);
-  std::tm parts{};
-  gmtime_r(&seconds, &parts);
-  std::array<char, 64> text{};
-  std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S +0000", &parts);
-  return text.data();
+  return date ? dateText(*date) : "(null)";
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Clock.h"
 #include "platform/Result.h"
 
 namespace lumivane {
@@ -29,6 +30,12 @@ class Files {
 
   // Gives a file another name in the same folder, replacing what has that name.
   [[nodiscard]] virtual Result<Done> rename(const std::string& from, const std::string& to) = 0;
+
+  // When the content was last changed (symbolic links are followed).
+  [[nodiscard]] virtual Result<WallTime> modificationTime(const std::string& path) const = 0;
+
+  // Removes the file, or the symbolic link itself.
+  [[nodiscard]] virtual Result<Done> remove(const std::string& path) = 0;
 
   // Tries to open the file for reading and writing, and closes it again: why can a file not be used?
   [[nodiscard]] virtual Result<Done> probeForUpdating(const std::string& path) const = 0;

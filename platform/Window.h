@@ -30,7 +30,10 @@ inline constexpr char32_t kUpArrowCharacter = 0xF700;
 inline constexpr char32_t kDownArrowCharacter = 0xF701;
 inline constexpr char32_t kLeftArrowCharacter = 0xF702;
 inline constexpr char32_t kRightArrowCharacter = 0xF703;
-inline constexpr char32_t kOtherKeyCharacter = 0xF8FF;  // any further key without text: F5, Home, Print, ...
+inline constexpr char32_t kF1Character = 0xF704;  // F2 and so on follow
+inline constexpr char32_t kF11Character = kF1Character + 10;
+inline constexpr char32_t kF35Character = kF1Character + 34;
+inline constexpr char32_t kOtherKeyCharacter = 0xF8FF;  // any further key without text: Home, Print, ...
 
 // A key that went down, as plain data: it may be kept and played back later.
 struct KeyEvent {

@@ -166,6 +166,20 @@ Result<Done> PosixFiles::rename(const std::string& from, const std::string& to) 
   return Done{};
 }
 
+Result<WallTime> PosixFiles::modificationTime(const std::string& path) const {
+  if (!nameable(path)) return failure(path, "not a file name");
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return failure(path, errno);
+  const auto sinceEpoch = std::chrono::seconds(status.st_mtim.tv_sec) + Nanoseconds(status.st_mtim.tv_nsec);
+  return WallTime(std::chrono::duration_cast<WallTime::duration>(sinceEpoch));
+}
+
+Result<Done> PosixFiles::remove(const std::string& path) {
+  if (!nameable(path)) return failure(path, "not a file name");
+  if (::unlink(path.c_str()) != 0) return failure(path, errno);
+  return Done{};
+}
+
 Result<Done> PosixFiles::probeForUpdating(const std::string& path) const {
   const Result<FileDescriptor> file = openRegular(path, O_RDWR);
   if (!file) return Error{file.error()};

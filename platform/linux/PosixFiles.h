@@ -17,6 +17,8 @@ class PosixFiles final : public Files {
   // bits, a new one gets 0600. What is there but is no regular file, or may not be written, is left alone.
   [[nodiscard]] Result<Done> writeAtomically(const std::string& path, std::string_view content) override;
   [[nodiscard]] Result<Done> rename(const std::string& from, const std::string& to) override;
+  [[nodiscard]] Result<WallTime> modificationTime(const std::string& path) const override;
+  [[nodiscard]] Result<Done> remove(const std::string& path) override;
   [[nodiscard]] Result<Done> probeForUpdating(const std::string& path) const override;
 };
 

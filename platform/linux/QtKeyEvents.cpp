@@ -8,6 +8,8 @@ namespace {
 
 // Keys with a character of their own, whatever text they come with. 0 = another key.
 char32_t characterOfNamedKey(int qtKey) {
+  if (qtKey >= Qt::Key_F1 && qtKey <= Qt::Key_F35)
+    return kF1Character + static_cast<char32_t>(qtKey - Qt::Key_F1);
   switch (qtKey) {
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -78,6 +78,7 @@ UserFolders xdgUserFolders(const Environment& environment, const Files& files) {
   if (const std::string data = baseFolder(environment, "XDG_DATA_HOME", "/.local/share"); !data.empty()) {
     folders.data = data + "/lumivane";
   }
+  folders.state = baseFolder(environment, "XDG_STATE_HOME", "/.local/state");
   const std::string home = absoluteOrEmpty(valueOf(environment, "HOME"));
   if (home.empty()) return folders;
   folders.pictures = withoutTrailingSlashes(home) + "/Pictures";

@@ -30,10 +30,11 @@ class Memory(SlideshowTest):
                            timeout=60, check=True)
         self.show.set_up(large)
         self.show.start("-f")
+        self.assert_on_screen(self.show.next_shown())  # from now on the window has the keys
         seen = []
         for _ in range(CHANGES):
-            self.show.next_shown()
             self.screen.press("Right")
+            self.show.next_shown()
             seen.append(resident_mib(self.show.process))
         if CHANGES >= 4 * SETTLED or os.environ.get("LUMIVANE_REPORT"):
             print("MiB every 20 changes:", [round(mib) for mib in seen[::20]])

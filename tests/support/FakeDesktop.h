@@ -68,6 +68,8 @@ class FakeWindow final : public HostWindow {
   double pixelsPerPoint = 1;
   bool fullScreen = false;
   int fullScreenToggles = 0;
+  bool cursorHidden = false;
+  bool reportsMouseMoves = false;
 
   [[nodiscard]] RectPt frame() const override { return rectangle; }
   [[nodiscard]] DisplayNumber displayNumber() const override { return display; }
@@ -84,8 +86,8 @@ class FakeWindow final : public HostWindow {
   void close() override {}
   void setTitle(std::string_view /*utf8*/) override {}
   void setIconName(std::string_view /*name*/) override {}
-  void setCursorHidden(bool /*hidden*/) override {}
-  void setReportsMouseMoves(bool /*reports*/) override {}
+  void setCursorHidden(bool hidden) override { cursorHidden = hidden; }
+  void setReportsMouseMoves(bool reports) override { reportsMouseMoves = reports; }
 };
 
 // A geocoder whose answers come when the test says so.

@@ -14,6 +14,9 @@ class MemoryFiles final : public Files {
   std::map<std::string, std::string> content;
   std::set<std::string> unreadable;  // there, but cannot be read
   std::set<std::string> unwritable;
+  std::set<std::string> unremovable;
+  std::set<std::string> undated;             // there, but its time cannot be told
+  std::map<std::string, WallTime> modified;  // the epoch for any other path
   int writes = 0;
 
   [[nodiscard]] bool exists(const std::string& path) const override {
@@ -37,6 +40,16 @@ class MemoryFiles final : public Files {
     if (found == content.end()) return Error{from + ": No such file or directory"};
     content[to] = found->second;
     content.erase(from);
+    return Done{};
+  }
+  [[nodiscard]] Result<WallTime> modificationTime(const std::string& path) const override {
+    if (!exists(path) || undated.contains(path)) return Error{path + ": No such file or directory"};
+    const auto found = modified.find(path);
+    return found == modified.end() ? WallTime{} : found->second;
+  }
+  [[nodiscard]] Result<Done> remove(const std::string& path) override {
+    if (unremovable.contains(path)) return Error{path + ": Operation not permitted"};
+    if (content.erase(path) + unreadable.erase(path) == 0) return Error{path + ": No such file or directory"};
     return Done{};
   }
   [[nodiscard]] Result<Done> probeForUpdating(const std::string& path) const override {
