@@ -15,11 +15,13 @@
 #include "collection/FinishedScan.h"
 #include "collection/FollowedFolders.h"
 #include "collection/ImageListFile.h"
+#include "collection/albums/AlbumCollection.h"
 #include "engine/LastRunRecord.h"
 #include "platform/PrintableText.h"
 #include "settings/DisplayFileName.h"
 #include "settings/PreferencesStore.h"
 #include "tools/CollationLocale.h"
+#include "tools/PhotoLibraryArgument.h"
 #include "tools/ProgressLine.h"
 #include "tools/Tool.h"
 
@@ -30,14 +32,21 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kHelp =
     "Usage: lumivane collect [--display NAME] [--follow-links] FOLDER\n"
+    "       lumivane collect [--display NAME] --album ALBUM [LIBRARY]\n"
     "\n"
     "Finds the pictures in FOLDER and below it and keeps them for a display, in place of\n"
     "those that were collected before. Files that are too small or match one of the\n"
-    "display's skip patterns are left out.\n"
+    "display's skip patterns are left out. Of a photo library, the pictures of one album are\n"
+    "kept, in the album's order (see lumivane albums).\n"
     "\n"
     "  --display NAME  the display (see lumivane displays); else the one that the\n"
     "                  slideshow opens on\n"
-    "  --follow-links  include folders that symbolic links lead to\n";
+    "  --follow-links  include folders that symbolic links lead to\n"
+    "  --album ALBUM   collect that album of LIBRARY, else of the photo library that\n"
+    "                  $LUMIVANE_PHOTOS_LIBRARY names, else of the first one in the\n"
+    "                  Pictures folder\n";
+
+constexpr std::string_view kNowhereToKeepTheList = "there is no folder to keep the list in: HOME is not set";
 
 // While it lives, an interrupt waits: list and settings are stored both or not at all.
 class InterruptsHeldBack {
@@ -106,25 +115,24 @@ void storeLastScan(const Tool& tool, const std::string& token) {
   if (record.loadLastRunInfo(path, fresh)) record.saveLastRunInfo(fresh);
 }
 
-// In the order of a scan in the preferences: the list, then the settings that name its folders.
-bool store(const Tool& tool, const std::string& display, FinishedScan scan, PreferencesStore& preferences,
-           DisplaySettings settings) {
+// In the order of a scan in the preferences: the list, then the settings that say where it is from.
+ExitStatus store(const Tool& tool, const std::string& display, const std::vector<std::string>& imagefiles,
+                 PreferencesStore& preferences, const DisplaySettings& settings) {
   const InterruptsHeldBack held;
   const std::size_t errorsBefore = tool.log.errors();
   const std::string token = fileNameToken(display);
-  saveImageList(tool.files, tool.folders.data + "/" + imageListFileName(token), scan.imagefiles, tool.log);
-  if (tool.log.errors() != errorsBefore) return false;
-  settings.directoryBookmarks_ = std::move(*scan.directoryBookmarks);
-  settings.useAlbum_ = false;
-  if (!preferences.save(settings)) return false;
+  saveImageList(tool.files, tool.folders.data + "/" + imageListFileName(token), imagefiles, tool.log);
+  if (tool.log.errors() != errorsBefore || !preferences.save(settings)) {
+    return fail(tool, "the pictures of display \"" + printable(display) + "\" could not be stored");
+  }
   storeLastScan(tool, token);
-  return true;
+  return ExitStatus::Done;
 }
 
-ExitStatus collect(const Tool& tool, const Arguments& arguments) {
+ExitStatus collectFolder(const Tool& tool, const Arguments& arguments) {
   const std::string folder = absoluteFolder(arguments.operands.front());
   if (const std::string problem = problemWith(folder); !problem.empty()) return fail(tool, problem);
-  if (tool.folders.data.empty()) return fail(tool, "there is no folder to keep the list in: HOME is not set");
+  if (tool.folders.data.empty()) return fail(tool, kNowhereToKeepTheList);
   const std::string display = displayNameFor(tool, arguments);
 
   SettingsStore settingsStore(tool.files, tool.log, tool.folders.config);
@@ -142,19 +150,49 @@ ExitStatus collect(const Tool& tool, const Arguments& arguments) {
   if (!scan.directoryBookmarks || scan.directoryBookmarks->empty()) {
     return fail(tool, printable(folder) + " cannot be remembered; nothing was changed");
   }
-  const std::string counts = scan.countText;
-  if (!store(tool, display, std::move(scan), preferences, std::move(settings))) {
-    return fail(tool, "the pictures of display \"" + printable(display) + "\" could not be stored");
+  settings.directoryBookmarks_ = std::move(*scan.directoryBookmarks);
+  settings.useAlbum_ = false;
+  const ExitStatus status = store(tool, display, scan.imagefiles, preferences, settings);
+  if (status == ExitStatus::Done) tool.out << scan.countText << '\n';
+  return status;
+}
+
+ExitStatus collectAlbumNamed(const Tool& tool, const Arguments& arguments, const std::string& name) {
+  if (tool.folders.data.empty()) return fail(tool, kNowhereToKeepTheList);
+  const SqlitePhotoLibrary library = photoLibraryFor(tool, arguments.operands);
+  const std::optional<std::vector<Album>> albums = albumsFor(tool, library);
+  const Album* album = albums ? findAlbum(*albums, name, tool.log) : nullptr;
+  if (album == nullptr) return ExitStatus::Failed;
+  const CollectedAlbum collected = collectAlbum(name, library.pictures(*album, {}), tool.log);
+  if (collected.end != AlbumEnd::Collected && collected.end != AlbumEnd::Empty) return ExitStatus::Failed;
+
+  const std::string display = displayNameFor(tool, arguments);
+  SettingsStore settingsStore(tool.files, tool.log, tool.folders.config);
+  PreferencesStore preferences(settingsStore, tool.log);
+  DisplaySettings settings = preferences.load(display);
+  settings.useAlbum_ = true;
+  settings.selectedAlbum_ = name;
+  const ExitStatus status = store(tool, display, collected.imagefiles, preferences, settings);
+  if (status != ExitStatus::Done) return status;
+  tool.out << collected.imagefiles.size() << "   (# missing files = " << collected.numMissing << ")\n";
+  return status;
+}
+
+ExitStatus collect(const Tool& tool, const Arguments& arguments) {
+  if (const std::string* album = arguments.valueOf("--album")) {
+    if (arguments.has("--follow-links"))
+      return badUsage(tool, "--follow-links is for folders, not for albums");
+    return collectAlbumNamed(tool, arguments, *album);
   }
-  tool.out << counts << '\n';
-  return ExitStatus::Done;
+  if (arguments.operands.empty()) return badUsage(tool, "something is missing on the command line");
+  return collectFolder(tool, arguments);
 }
 
 }  // namespace
 
 ExitStatus collectCommand(const Tool& tool, const std::vector<std::string>& words) {
-  const CheckedArguments checked =
-      checkArguments(tool, words, {kHelp, {{"--display", true}, {"--follow-links", false}}, 1, 1});
+  const CheckedArguments checked = checkArguments(
+      tool, words, {kHelp, {{"--display", true}, {"--follow-links", false}, {"--album", true}}, 0, 1});
   return checked.end ? *checked.end : collect(tool, checked.arguments);
 }
 

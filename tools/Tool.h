@@ -59,6 +59,7 @@ ExitStatus badUsage(const Tool& tool, std::string_view problem);
 
 // The commands. `words` are those after the command's own name.
 ExitStatus collectCommand(const Tool& tool, const std::vector<std::string>& words);
+ExitStatus albumsCommand(const Tool& tool, const std::vector<std::string>& words);
 ExitStatus inspectCommand(const Tool& tool, const std::vector<std::string>& words);
 ExitStatus settingsCommand(const Tool& tool, const std::vector<std::string>& words);
 ExitStatus displaysCommand(const Tool& tool, const std::vector<std::string>& words);

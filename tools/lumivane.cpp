@@ -20,6 +20,7 @@ constexpr std::string_view kHelp =
     "Usage: lumivane COMMAND [OPTION]... [ARGUMENT]...\n"
     "\n"
     "  collect   find the pictures of a folder and keep them for a display\n"
+    "  albums    list the albums of a photo library\n"
     "  inspect   say what the slideshow makes of pictures\n"
     "  settings  list, read and write the settings of a display\n"
     "  displays  list the attached displays\n"
@@ -31,6 +32,7 @@ struct Command {
   ExitStatus (*run)(const Tool&, const std::vector<std::string>&);
 };
 constexpr Command kCommands[] = {{"collect", collectCommand},
+                                 {"albums", albumsCommand},
                                  {"inspect", inspectCommand},
                                  {"settings", settingsCommand},
                                  {"displays", displaysCommand}};

@@ -38,31 +38,33 @@ const Album* findAlbum(const std::vector<Album>& albums, std::string_view name, 
 CollectedAlbum collectAlbum(const std::string& albumName, const Result<std::vector<AlbumPicture>>& members,
                             Log& log) {
   constexpr std::string_view kPackage = ".photoslibrary/";
+  CollectedAlbum collected;
   if (!members) {
     log.error(members.error());
-    return {AlbumEnd::Unreadable, {}, {}};
+    return collected;
   }
-  CollectedAlbum collected;
-  std::size_t missing = 0;
+  std::vector<std::string> paths;
   for (const AlbumPicture& member : members.value()) {
     if (member.mediaType != MediaType::Picture || member.hidden) continue;
     const bool canBeShown = member.isPresent && !member.path.empty();
-    if (canBeShown) collected.imagefiles.push_back(member.path);
-    if (!canBeShown) ++missing;
+    if (canBeShown) paths.push_back(member.path);
+    if (!canBeShown) ++collected.numMissing;
   }
-  if (missing > 0) {
+  if (collected.numMissing > 0) {
     log.information("pictures of album " + printable(albumName) +
-                    " left out because their files are not here = " + std::to_string(missing));
+                    " left out because their files are not here = " + std::to_string(collected.numMissing));
   }
-  if (collected.imagefiles.empty()) return {AlbumEnd::Empty, {}, {}};
-  const std::string& first = collected.imagefiles.front();
-  const std::size_t package = first.find(kPackage);
+  collected.end = AlbumEnd::Empty;
+  if (paths.empty()) return collected;
+  const std::size_t package = paths.front().find(kPackage);
   if (package == std::string::npos) {
     log.error("Could not find '.photoslibrary' in path of photos!");
-    return {AlbumEnd::OutsideLibrary, {}, {}};
+    collected.end = AlbumEnd::OutsideLibrary;
+    return collected;
   }
   collected.end = AlbumEnd::Collected;
-  collected.mainDirectoryLocation = first.substr(0, package + kPackage.size());
+  collected.mainDirectoryLocation = paths.front().substr(0, package + kPackage.size());
+  collected.imagefiles = std::move(paths);
   log.information("Album images path prefix = " + printable(collected.mainDirectoryLocation) + ".");
   return collected;
 }

@@ -4,6 +4,7 @@
 // Errors:  logged; what a failure leaves of the collection is in the result.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,6 +32,7 @@ struct CollectedAlbum {
   AlbumEnd end = AlbumEnd::Unreadable;
   std::vector<std::string> imagefiles;  // in the album's order; empty unless Collected
   std::string mainDirectoryLocation;    // the package with a slash at its end; empty unless Collected
+  std::size_t numMissing = 0;           // pictures left out because their files are not here
 };
 
 // What is collected from the members of an album: pictures whose files are there and that are not hidden.

@@ -23,12 +23,20 @@ struct FoundAlbum {
   std::int64_t position = 0;
 };
 
+// A name is kept in the settings, whose format has no way to write control characters.
+std::string nameIn(const LibraryRow& row, int column) {
+  std::string name = row.text(column, kLongestName);
+  std::ranges::replace_if(
+      name, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, ' ');
+  return name;
+}
+
 AlbumRow albumRow(const LibraryRow& row) {
   AlbumRow album;
   album.key = row.integer(0).value_or(0);
   album.album.identifier = row.text(1, kLongestName);
   if (album.album.identifier.empty()) album.album.identifier = "#" + std::to_string(album.key);
-  album.album.name = row.text(2, kLongestName);
+  album.album.name = nameIn(row, 2);
   album.sortKey = row.integer(3).value_or(0);
   album.ascending = row.integer(4).value_or(1) != 0;
   return album;
