@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 
+#include "collection/albums/PhotoLibrary.h"
 #include "imaging/Geocoder.h"
 #include "imaging/ImageDecoder.h"
 #include "imaging/TextRenderer.h"
@@ -16,15 +17,20 @@
 #include "platform/Displays.h"
 #include "platform/FileBrowser.h"
 #include "platform/Files.h"
+#include "platform/FolderChooser.h"
 #include "platform/FreeMemory.h"
+#include "platform/HelpPanel.h"
 #include "platform/Log.h"
 #include "platform/MainLoop.h"
+#include "platform/MetadataQuery.h"
 #include "platform/RandomSource.h"
 #include "platform/SerialQueue.h"
 #include "platform/Sounds.h"
 #include "platform/Trash.h"
 #include "platform/UserFolders.h"
 #include "platform/Window.h"
+#include "platform/Workspace.h"
+#include "settings/ConfigureSheet.h"
 #include "settings/SettingsStore.h"
 
 namespace lumivane {
@@ -73,6 +79,14 @@ struct Host {
   ProgramVersion programVersion;
   SystemVersion systemVersion;
   PhotosAuthorization photosAuthorization = PhotosAuthorization::Authorized;
+  // What a show can do without; nullptr: there is none.
+  ConfigureSheet* configureSheet = nullptr;    // then nothing can be set, and no scan can be asked for
+  FolderChooser* folderChooser = nullptr;      // then every question for a folder is answered with no
+  HelpPanel* helpPanel = nullptr;              // then no help is shown
+  Workspace* workspace = nullptr;              // then no link opens
+  MetadataQuery* metadataQuery = nullptr;      // then folders are walked instead
+  const PhotoLibrary* photoLibrary = nullptr;  // then there are no albums; read on a background queue
+  std::string collationLocale{};               // of file names, as FileNameOrder.h says
 };
 
 }  // namespace lumivane

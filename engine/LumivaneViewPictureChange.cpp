@@ -32,7 +32,10 @@ void LumivaneView::changePicture() {
 
 Seconds LumivaneView::fadeDuration() const {
   if (displayImageFromHistory_ || windowResizingHappened_) return kQuickFade;
-  return fadeLength(kShortestCrossDissolveSeconds, kLongestCrossDissolveSeconds,
+  constexpr SheetControl kSlider = SheetControl::crossDissolveDurationSlider_;
+  const SliderRange range = host_.configureSheet != nullptr ? host_.configureSheet->sliderRange(kSlider)
+                                                            : kCrossDissolveDurationRange;
+  return fadeLength(static_cast<double>(range.minimum), static_cast<double>(range.maximum),
                     static_cast<double>(settings_.crossDissolveDuration_));
 }
 

@@ -12,6 +12,7 @@ struct UserFolders {
   std::string config;    // $XDG_CONFIG_HOME/lumivane: one settings file per display
   std::string data;      // $XDG_DATA_HOME/lumivane: image lists and last-run records
   std::string state;     // $XDG_STATE_HOME: shared with other programs of ours, each under a name of its own
+  std::string home;      // $HOME
   std::string pictures;  // the user's Pictures folder; may not exist
 };
 

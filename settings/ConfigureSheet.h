@@ -64,6 +64,9 @@ struct SliderRange {
   float maximum = 1;
 };
 
+// The seconds that a cross-fade can be set to; also the range where there is no sheet to ask.
+inline constexpr SliderRange kCrossDissolveDurationRange{0.5F, 10};
+
 // What the user did, one operation for each control. Most read their control themselves.
 class SheetActions {
  public:

@@ -81,7 +81,8 @@ UserFolders xdgUserFolders(const Environment& environment, const Files& files) {
   folders.state = baseFolder(environment, "XDG_STATE_HOME", "/.local/state");
   const std::string home = absoluteOrEmpty(valueOf(environment, "HOME"));
   if (home.empty()) return folders;
-  folders.pictures = withoutTrailingSlashes(home) + "/Pictures";
+  folders.home = withoutTrailingSlashes(home);
+  folders.pictures = folders.home + "/Pictures";
   const Result<std::string> userDirs = files.read(config + "/user-dirs.dirs", kMaxUserDirsBytes);
   if (!userDirs) return folders;
   if (auto named = picturesFolderNamedIn(userDirs.value(), home)) folders.pictures = std::move(*named);

@@ -29,6 +29,7 @@ TEST_F(XdgUserFoldersTest, LieUnderHomeUnlessSaidOtherwise) {
   EXPECT_EQ(folders().config, folder_ / ".config/lumivane");
   EXPECT_EQ(folders().data, folder_ / ".local/share/lumivane");
   EXPECT_EQ(folders().pictures, folder_ / "Pictures");
+  EXPECT_EQ(folders().home, folder_.path());
 }
 
 TEST_F(XdgUserFoldersTest, FollowTheVariables) {
@@ -47,6 +48,7 @@ TEST_F(XdgUserFoldersTest, AreEmptyWithoutAHome) {
   const UserFolders found = xdgUserFolders({}, files_);
   EXPECT_EQ(found.config, "");
   EXPECT_EQ(found.data, "");
+  EXPECT_EQ(found.home, "");
   EXPECT_EQ(found.pictures, "");
   EXPECT_EQ(xdgUserFolders({{"HOME", "here"}}, files_).config, "");
 }
