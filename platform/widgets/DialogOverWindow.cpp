@@ -1,0 +1,126 @@
+#include "platform/widgets/DialogOverWindow.h"
+
+#include <QDialog>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QWindow>
+#include <utility>
+
+namespace lumivane {
+namespace {
+
+constexpr double kShareOfDisplay = 0.92;
+
+// Shifted as far as needed to lie within the room, its upper left first of all.
+QPoint broughtInto(const QRect& room, QRect frame) {
+  return {qMax(room.left(), qMin(frame.left(), room.right() + 1 - frame.width())),
+          qMax(room.top(), qMin(frame.top(), room.bottom() + 1 - frame.height()))};
+}
+
+}  // namespace
+
+DialogOverWindow::DialogOverWindow(QDialog& dialog, WindowSource window)
+    : dialog_(dialog), window_(std::move(window)) {
+  dialog_.installEventFilter(this);
+  connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+          [this](const QWindow* focused) { focusWent(focused); });
+}
+
+void DialogOverWindow::show() {
+  if (!dialog_.isVisible()) {
+    dialog_.winId();  // makes the native window, which alone can lie over another
+    layOver(windowInFront());
+    place();
+    dialog_.show();
+  } else if (!dialog_.isModal()) {
+    layOver(windowInFront());
+  }
+  dialog_.raise();
+  dialog_.activateWindow();
+}
+
+QWindow* DialogOverWindow::windowInFront() const {
+  QWindow* modal = QGuiApplication::modalWindow();
+  return modal != nullptr && modal != dialog_.windowHandle() ? modal : window_();
+}
+
+void DialogOverWindow::layOver(QWindow* parent) {
+  QWindow* own = dialog_.windowHandle();
+  if (own == nullptr || own == parent) return;
+  own->setTransientParent(parent);
+  if (parent == parent_) return;
+  if (parent_ != nullptr) parent_->disconnect(this);
+  parent_ = parent;
+  if (parent == nullptr) return;
+  connect(parent, &QWindow::visibleChanged, this, &DialogOverWindow::parentShown);
+  connect(parent, &QObject::destroyed, this, [this] { parentShown(false); });
+}
+
+void DialogOverWindow::layOverWhatIsInFront() {
+  if (dialog_.isVisible()) layOver(windowInFront());
+}
+
+void DialogOverWindow::parentShown(bool shown) {
+  if (shown || !dialog_.isVisible()) return;
+  // By way of the loop: whoever closes the window is still at it.
+  QTimer::singleShot(0, this, [this] {
+    if (!dialog_.isVisible() || (parent_ != nullptr && parent_->isVisible())) return;
+    const QWindow* front = windowInFront();
+    if (front != nullptr && front->isVisible()) return layOverWhatIsInFront();
+    if (windowGoes_) windowGoes_();
+  });
+}
+
+// Where there is a window manager, this is no more than a wish; on Wayland, not even that.
+void DialogOverWindow::place() const {
+  const QScreen* screen = parent_ != nullptr ? parent_->screen() : QGuiApplication::primaryScreen();
+  if (screen == nullptr) return;
+  const QRect room = screen->availableGeometry();
+  const QSize most = (QSizeF(room.size()) * kShareOfDisplay).toSize();
+  if (!dialog_.testAttribute(Qt::WA_Resized)) dialog_.resize(dialog_.sizeHint());
+  dialog_.resize(dialog_.size().boundedTo(most));
+  QRect frame(QPoint(), dialog_.size());
+  frame.moveCenter(parent_ != nullptr ? parent_->geometry().center() : room.center());
+  dialog_.move(broughtInto(room, frame));
+}
+
+bool DialogOverWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != &dialog_) return false;
+  switch (event->type()) {
+    case QEvent::Hide:
+      // Not when the user is with another program by now.
+      if (QGuiApplication::applicationState() == Qt::ApplicationActive) {
+        QTimer::singleShot(0, this, &DialogOverWindow::returnKeys);
+      }
+      break;
+    case QEvent::WindowBlocked:
+      // A modal dialog has opened beside this one, over the same window. Over that one, it can be used.
+      if (!dialog_.isModal()) QTimer::singleShot(0, this, &DialogOverWindow::layOverWhatIsInFront);
+      break;
+    default:
+      break;
+  }
+  return false;
+}
+
+// Without a window manager, nobody else would.
+void DialogOverWindow::returnKeys() const {
+  if (dialog_.isVisible() || QGuiApplication::focusWindow() != nullptr) return;
+  QWindow* front = windowInFront();
+  if (front != nullptr && front->isVisible()) front->requestActivate();
+}
+
+// A click on the picture takes the keys away from the modal dialog, on some X servers. It would look dead.
+void DialogOverWindow::focusWent(const QWindow* window) const {
+  if (window == nullptr || window != parent_ || !dialog_.isVisible() || !dialog_.isModal()) return;
+  QTimer::singleShot(0, this, [this] {
+    QWindow* modal = QGuiApplication::modalWindow();
+    if (modal == nullptr || !dialog_.isVisible()) return;
+    modal->raise();
+    modal->requestActivate();
+  });
+}
+
+}  // namespace lumivane
