@@ -1,0 +1,47 @@
+// The file browser behind org.freedesktop.FileManager1 on the session bus.
+//
+// Threads: as in FileBrowser.h.
+// Owns:    the calls that have not been answered yet; their answers are dropped when it ends.
+// Errors:  as in FileBrowser.h: no session bus, no such service, one that answers with an error or not at all.
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <functional>
+#include <memory>
+
+#include "platform/FileBrowser.h"
+#include "platform/Log.h"
+
+class QDBusPendingCall;
+
+namespace lumivane {
+
+// Hands out the session bus on the main thread, now or when it is open. QDBusConnection::sessionBus() itself may wait
+// for the bus, and without end for one that hangs. A bus that cannot be had is a connection that is not connected.
+using UseBus = std::function<void(const QDBusConnection& bus)>;
+using WhenBusOpen = std::function<void(UseBus use)>;
+
+// Opens a folder in whatever program shows folders; false when there is none.
+using OpenFolder = std::function<bool(const std::string& folder)>;
+
+class DBusFileBrowser final : public FileBrowser {
+ public:
+  DBusFileBrowser(Log& log, WhenBusOpen whenBusOpen, OpenFolder openFolder);
+  void selectFile(const std::string& path) override;
+
+ private:
+  void ask(const QDBusConnection& bus, const std::string& uri, const std::string& folder);
+  void openFolderUnlessShown(const QDBusPendingCall& call, const std::string& folder);
+
+  Log& log_;
+  const WhenBusOpen whenBusOpen_;
+  const OpenFolder openFolder_;
+  std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true);  // gone with this object
+  QObject receiver_;                                                  // last: no answer comes once it is gone
+};
+
+// Opens the folder with the program that the desktop has for folders.
+[[nodiscard]] bool openFolderOnDesktop(const std::string& folder);
+
+}  // namespace lumivane
