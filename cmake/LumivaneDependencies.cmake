@@ -20,6 +20,7 @@ pkg_check_modules(CANBERRA REQUIRED IMPORTED_TARGET libcanberra)
 pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 if(LUMIVANE_DESKTOP)
+  pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets)
 endif()
 

@@ -16,7 +16,7 @@ constexpr double kSqueezedKerningPt = -1.5;
 constexpr double kOneLine = 1.5;      // times the font size: tall enough for one line, not for two
 constexpr double kMarginWidth = 0.3;  // times the font size
 constexpr double kMarginHeight = 0.2;
-constexpr std::string_view kEllipsis = "..";
+constexpr const char16_t* kEllipsis = u"..";
 constexpr int kLeastWorthShortening = 3;  // characters
 
 // Messages that are left to wrap: their whole text matters.
@@ -52,29 +52,54 @@ bool isLeftToWrap(std::string_view text) {
                      [text](std::string_view beginning) { return text.starts_with(beginning); });
 }
 
+std::int32_t firstLineLength(const icu::UnicodeString& text) {
+  const std::int32_t lineEnd = text.indexOf(u'\n');
+  return lineEnd < 0 ? text.length() : lineEnd;
+}
+
+// How much of the first line fits into one line of the screen.
+class FirstLine {
+ public:
+  FirstLine(const TextRenderer& renderer, const TextLayoutRequest& request)
+      : renderer_(renderer), box_{request.screen.width, kOneLine * request.fontSizePt} {}
+
+  [[nodiscard]] std::int32_t fitting(const icu::UnicodeString& text, TextStyle style) const {
+    style.lineBreakMode = LineBreakMode::CharacterWrapping;
+    const std::string line = utf8(text.tempSubString(0, firstLineLength(text)));
+    return static_cast<std::int32_t>(renderer_.measure(line, style, box_).fittingUtf16Units);
+  }
+
+ private:
+  const TextRenderer& renderer_;
+  const SizePt box_;
+};
+
+// The first line without its beginning. What fits is counted from the beginning: of characters that are not all of the
+// same width the end may take more room, and gives up more.
+icu::UnicodeString shortened(const icu::UnicodeString& text, const FirstLine& firstLine,
+                             const TextStyle& style) {
+  const std::int32_t length = firstLineLength(text);
+  std::int32_t position = length - firstLine.fitting(text, style) + kLeastWorthShortening;
+  for (;;) {
+    // The line end stays, even where so little fits that nothing of the line does beside the dots.
+    position = std::min(position, length);
+    const icu::UnicodeString tail = icu::UnicodeString(kEllipsis).append(tailFrom(text, position));
+    const std::int32_t missing = firstLineLength(tail) - firstLine.fitting(tail, style);
+    if (missing <= 0 || position == length) return tail;
+    position += missing;
+  }
+}
+
 void adjustToWidth(const TextRenderer& renderer, const TextLayoutRequest& request, TextLayout& layout) {
   const icu::UnicodeString text = utf16(layout.text);
-  const std::int32_t lineEnd = text.indexOf(u'\n');
-  const std::int32_t length = lineEnd < 0 ? text.length() : lineEnd;
-  const std::string firstLine = utf8(text.tempSubString(0, length));
-  const SizePt oneLine{request.screen.width, kOneLine * request.fontSizePt};
-  TextStyle style = layout.style;
-  style.lineBreakMode = LineBreakMode::CharacterWrapping;
-  const auto fitting = [&] {
-    return static_cast<std::int32_t>(renderer.measure(firstLine, style, oneLine).fittingUtf16Units);
-  };
-
-  if (fitting() < length) style.kerningPt = kSqueezedKerningPt;
-  if (!isLeftToWrap(layout.text)) {
-    const std::int32_t squeezed = fitting();
-    if (squeezed < length && squeezed > kLeastWorthShortening && request.showImagePath) {
-      style.kerningPt = 0;
-      // The line end stays, even where so little fits that nothing of the line does beside the dots.
-      const std::int32_t position = std::min(length - fitting() + kLeastWorthShortening, length);
-      layout.text = std::string(kEllipsis) + utf8(tailFrom(text, position));
-    }
-  }
-  layout.style.kerningPt = style.kerningPt;
+  const std::int32_t length = firstLineLength(text);
+  const FirstLine firstLine(renderer, request);
+  if (firstLine.fitting(text, layout.style) < length) layout.style.kerningPt = kSqueezedKerningPt;
+  if (isLeftToWrap(layout.text)) return;
+  const std::int32_t squeezed = firstLine.fitting(text, layout.style);
+  if (squeezed >= length || squeezed <= kLeastWorthShortening || !request.showImagePath) return;
+  layout.style.kerningPt = 0;
+  layout.text = utf8(shortened(text, firstLine, layout.style));
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "platform/linux/QtTextRenderer.h"
 
 #include <QColor>
-#include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <QImage>
@@ -9,43 +8,51 @@
 #include <QPalette>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "platform/PrintableText.h"
 #include "platform/linux/QtTypesetting.h"
 
 namespace lumivane {
 namespace {
 
-constexpr auto kWantedFamily = "Andale Mono";
 constexpr int kLargestSidePx = 16384;  // what every GL of interest takes as a texture
 constexpr std::size_t kBytesPerPixel = 4;
 
-// A layer is made a little larger than its text; that much of it at most goes to the left and above.
+// A layer is made a little larger than its text; half of that goes to the left and above.
 constexpr double kInsetX = 0.15;  // times the font size
 constexpr double kInsetY = 0.10;
 
-bool isFixedWidth(const QFont& font) {
-  return QFontInfo(font).fixedPitch();
-}
-
-QString chooseFamily() {
-  const QString wanted = QString::fromLatin1(kWantedFamily);
-  if (QFontDatabase::families().contains(wanted)) return wanted;
-  const QFont desktops = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  if (isFixedWidth(desktops)) return QFontInfo(desktops).family();
-  QFont any(QStringLiteral("monospace"));
-  any.setStyleHint(QFont::Monospace);
-  return isFixedWidth(any) ? QFontInfo(any).family() : QString();
+void logChoice(Log& log, const std::string& family) {
+  const std::string wanted = kWantedFont;
+  if (family.empty()) log.error("Could not find font " + wanted + "!");
+  if (family.empty() || family == wanted) return;
+  log.information(wanted + " is not installed, text is set in " + printable(family));
 }
 
 QString qtText(std::string_view utf8) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-QFont fontFor(const TextStyle& style, const QString& family) {
-  if (style.styled && !family.isEmpty())
-    return typesettingFont(QFont(family), style.fontSizePt, style.kerningPt);
-  const QFont plain = QGuiApplication::font();
-  return typesettingFont(plain, QFontInfo(plain).pixelSize(), 0);
+QStringList families(std::initializer_list<std::string> names) {
+  QStringList list;
+  for (const std::string& name : names) {
+    if (!name.empty()) list.append(qtText(name));
+  }
+  return list;
+}
+
+TypesettingFonts fontsFor(const TextStyle& style, const TextFonts& fonts) {
+  QStringList text = families({fonts.fixedWidth, fonts.proportional});
+  double size = style.fontSizePt;
+  double kerning = style.kerningPt;
+  if (!style.styled || fonts.fixedWidth.empty()) {
+    const QFont plain = QGuiApplication::font();
+    text = plain.families();
+    size = QFontInfo(plain).pixelSize();
+    kerning = 0;
+  }
+  return {makeFont(text, size, kerning), makeFont(families({fonts.emoji}) + text, size, kerning)};
 }
 
 QColor colorFor(const TextStyle& style) {
@@ -60,19 +67,19 @@ int sidePx(double points, double scale) {
   return std::isfinite(pixels) ? static_cast<int>(std::clamp(pixels, 1.0, double{kLargestSidePx})) : 1;
 }
 
-double inset(double room, double text, double most) {
-  return std::clamp((room - text) / 2, 0.0, most);
+// To the next whole pixel.
+double snapped(double points, double scale) {
+  return std::round(points * scale) / scale;
 }
 
 }  // namespace
 
-QtTextRenderer::QtTextRenderer(Log& log) : family_(chooseFamily()) {
-  if (family_.isEmpty() || family_ == QLatin1String(kWantedFamily)) return;
-  log.information(std::string(kWantedFamily) + " is not installed, text is set in " + family_.toStdString());
+QtTextRenderer::QtTextRenderer(Log& log, TextFonts fonts) : fonts_(std::move(fonts)) {
+  logChoice(log, fonts_.fixedWidth);
 }
 
 TextMeasure QtTextRenderer::measure(std::string_view utf8, const TextStyle& style, SizePt box) const {
-  return QtTypesetting(qtText(utf8), fontFor(style, family_), style.lineBreakMode, box).measure();
+  return QtTypesetting(qtText(utf8), fontsFor(style, fonts_), style.lineBreakMode, box).measure();
 }
 
 BitmapRef QtTextRenderer::render(std::string_view utf8, const TextStyle& style, SizePt size,
@@ -82,14 +89,13 @@ BitmapRef QtTextRenderer::render(std::string_view utf8, const TextStyle& style, 
   PixelBuffer buffer = PixelBuffer::allocate(stride * static_cast<std::size_t>(pixels.height));
   QImage image(reinterpret_cast<uchar*>(buffer.bytes().data()), pixels.width, pixels.height,
                static_cast<qsizetype>(stride), QImage::Format_RGBA8888_Premultiplied);
-  const QtTypesetting text(qtText(utf8), fontFor(style, family_), style.lineBreakMode, size);
-  const SizePt taken = text.measure().size;
+  const QtTypesetting text(qtText(utf8), fontsFor(style, fonts_), style.lineBreakMode, size);
+  const double insetX = kInsetX * style.fontSizePt;
   QPainter painter(&image);
   painter.scale(scale, scale);
-  painter.translate(inset(size.width, taken.width, kInsetX * style.fontSizePt),
-                    inset(size.height, taken.height, kInsetY * style.fontSizePt));
+  painter.translate(snapped(insetX, scale), snapped(kInsetY * style.fontSizePt, scale));
   painter.setPen(colorFor(style));
-  text.paint(painter);
+  text.paint(painter, size.width - 2 * insetX);
   painter.end();
   return std::make_shared<const Bitmap>(std::move(buffer), std::vector<BitmapLevel>{{0, pixels, stride}}, 1,
                                         false);

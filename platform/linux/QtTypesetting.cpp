@@ -1,6 +1,5 @@
 #include "platform/linux/QtTypesetting.h"
 
-#include <QFontMetricsF>
 #include <QPainter>
 #include <QTextBoundaryFinder>
 #include <QTextOption>
@@ -12,15 +11,48 @@ namespace {
 
 constexpr double kWithoutEnd = 1e6;  // points; wider than any line, and exact in Qt's fixed-point layout
 constexpr double kRoundingPt = 1e-3;
-constexpr double kLargestFont = 2000;  // points
+constexpr double kLargestFont = 2000;       // points
+constexpr double kTallestLine = 1.5;        // times the font size; fonts that are taller have to make do
+constexpr double kStrongestSqueeze = 0.97;  // nobody sees letters that are narrower by that much
 
 // The beginning of a paragraph, cut between two characters.
-QString shapeable(const QString& paragraph) {
+QString beginning(const QString& paragraph) {
   if (paragraph.size() <= kMaxParagraphUnits) return paragraph;
   QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, paragraph);
   characters.setPosition(kMaxParagraphUnits);
   const qsizetype end = characters.isAtBoundary() ? kMaxParagraphUnits : characters.toPreviousBoundary();
   return paragraph.left(end > 0 ? end : kMaxParagraphUnits);
+}
+
+// Only "\n" ends a line here, and what controls a terminal is no character to look at.
+bool isBlank(QChar character) {
+  return character == QChar::LineSeparator || character == QChar::ParagraphSeparator ||
+         (character.category() == QChar::Other_Control && character != u'\t');
+}
+
+std::u16string_view unitsOf(const QString& text) {
+  return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
+}
+
+// Takes the marks that ask for emoji out of them: the font that is chosen says it already, and what has no glyph in it
+// would be looked for in another one, which takes sequences apart. Gives back where they were.
+std::vector<qsizetype> takeOutMarks(QString& text, std::vector<TextRun>& emoji) {
+  std::vector<qsizetype> places;
+  for (TextRun& run : emoji) {
+    const auto start = static_cast<qsizetype>(run.start - places.size());
+    auto end = static_cast<qsizetype>(run.start + run.length - places.size());
+    for (qsizetype i = start; i < end;) {
+      if (text[i] != QChar(kAsEmoji)) {
+        ++i;
+        continue;
+      }
+      text.remove(i, 1);
+      places.push_back(i + static_cast<qsizetype>(places.size()));
+      --end;
+    }
+    run = {static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)};
+  }
+  return places;
 }
 
 QTextOption optionsFor(LineBreakMode mode) {
@@ -33,7 +65,10 @@ QTextOption optionsFor(LineBreakMode mode) {
 
 }  // namespace
 
-QFont typesettingFont(QFont font, double sizePt, double kerningPt) {
+QFont makeFont(const QStringList& families, double sizePt, double kerningPt) {
+  QFont font;
+  font.setFamilies(families);
+  font.setStyleName(QStringLiteral("Regular"));
   // In pixels, of which there is one a point here. A resolution of our own would do as well, were it not that Qt 6.4
   // then rounds the letter spacing down to nothing.
   font.setPixelSize(
@@ -46,8 +81,22 @@ QFont typesettingFont(QFont font, double sizePt, double kerningPt) {
   return font;
 }
 
-QtTypesetting::QtTypesetting(const QString& text, const QFont& font, LineBreakMode mode, SizePt box)
-    : font_(font), mode_(mode), box_(box), plainLineHeight_(QFontMetricsF(font).height()) {
+// As a line of text has it, which is not quite what the font's metrics say.
+QtTypesetting::LineHeight QtTypesetting::plainLine(const QFont& font) {
+  QTextLayout layout(QStringLiteral("x"), font);
+  layout.beginLayout();
+  const QTextLine line = layout.createLine();
+  layout.endLayout();
+  return {line.ascent(), line.descent()};
+}
+
+QtTypesetting::QtTypesetting(const QString& text, const TypesettingFonts& fonts, LineBreakMode mode,
+                             SizePt box)
+    : fonts_(fonts),
+      mode_(mode),
+      box_(box),
+      plain_(plainLine(fonts.text)),
+      lineRoom_(std::min(plain_.ascent + plain_.descent, kTallestLine * fonts.text.pixelSize())) {
   for (qsizetype start = 0; start <= text.size();) {
     const qsizetype end = text.indexOf(u'\n', start);
     const bool last = end < 0;
@@ -58,45 +107,77 @@ QtTypesetting::QtTypesetting(const QString& text, const QFont& font, LineBreakMo
 
 // Sets the lines that fit below those that are there; says whether the next paragraph may follow.
 bool QtTypesetting::setParagraph(const QString& paragraph, bool last) {
-  QString shaped = shapeable(paragraph);
+  QString shaped = beginning(paragraph);
   const bool whole = shaped.size() == paragraph.size();
-  // Only "\n" ends a line here.
-  shaped.replace(QChar::LineSeparator, u' ').replace(QChar::ParagraphSeparator, u' ').replace(u'\r', u' ');
-  auto layout = std::make_unique<QTextLayout>(shaped, font_);
-  layout->setTextOption(optionsFor(mode_));
-  layout->setCacheEnabled(true);
+  std::ranges::replace_if(shaped, isBlank, u' ');
+  std::vector<TextRun> emoji = emojiRuns(unitsOf(shaped));
+  const std::vector<qsizetype> takenOut = takeOutMarks(shaped, emoji);
+  auto layout = layoutFor(shaped, emoji);
+  const bool rightToLeft = shaped.isRightToLeft();
   qsizetype set = 0;
   layout->beginLayout();
-  for (bool more = true; more;) {
-    QTextLine line = layout->createLine();
-    if (!line.isValid()) break;
+  for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
     line.setLineWidth(mode_ == LineBreakMode::Clipping ? kWithoutEnd : box_.width);
-    // A line fits when one of the plain font would: the fonts that stand in for single characters may be taller.
-    more = height_ + plainLineHeight_ <= box_.height + kRoundingPt &&
-           line.naturalTextWidth() <=
-               (mode_ == LineBreakMode::Clipping ? kWithoutEnd : box_.width + kRoundingPt);
-    if (!more) break;
-    line.setPosition(QPointF(0, height_));
+    if (!placeLine(line, rightToLeft)) break;
     set = line.textStart() + line.textLength();
-    width_ = std::max(width_, line.naturalTextWidth());
-    height_ += line.height();
   }
   layout->endLayout();
   const bool complete = set == shaped.size();
   // Cut off is what is too wide, not what is too long to be looked at.
   const bool clippedOnly = complete && mode_ == LineBreakMode::Clipping;
   const bool fits = complete && (whole || clippedOnly);
+  for (const qsizetype place : takenOut) set += place <= set ? 1 : 0;
   fittingUnits_ += fits ? paragraph.size() + (last ? 0 : 1) : set;
   paragraphs_.push_back(std::move(layout));
   return fits;
+}
+
+std::unique_ptr<QTextLayout> QtTypesetting::layoutFor(const QString& shaped,
+                                                      const std::vector<TextRun>& emoji) const {
+  auto layout = std::make_unique<QTextLayout>(shaped, fonts_.text);
+  layout->setTextOption(optionsFor(mode_));
+  layout->setCacheEnabled(true);
+  QTextCharFormat format;
+  format.setFont(fonts_.emoji);
+  QList<QTextLayout::FormatRange> formats;
+  for (const TextRun& run : emoji) {
+    formats.append({static_cast<int>(run.start), static_cast<int>(run.length), format});
+  }
+  layout->setFormats(formats);
+  return layout;
+}
+
+bool QtTypesetting::placeLine(QTextLine line, bool rightToLeft) {
+  // A line fits when one of the plain font would: the fonts that stand in for single characters may be taller.
+  if (height_ + lineRoom_ > box_.height + kRoundingPt) return false;
+  if (mode_ != LineBreakMode::Clipping && line.naturalTextWidth() > box_.width + kRoundingPt) return false;
+  // And stands as far from its neighbours as a plain one at least.
+  const double ascent = std::max(plain_.ascent, line.ascent());
+  const double descent = std::max(plain_.descent, line.descent());
+  line.setPosition(QPointF(0, height_ + ascent - line.ascent()));
+  width_ = std::max(width_, line.naturalTextWidth());
+  height_ += std::ceil(ascent + descent);
+  lines_.push_back({line, rightToLeft});
+  return true;
 }
 
 TextMeasure QtTypesetting::measure() const {
   return {{std::min(width_, box_.width), height_}, static_cast<std::size_t>(fittingUnits_)};
 }
 
-void QtTypesetting::paint(QPainter& painter) const {
-  for (const auto& paragraph : paragraphs_) paragraph->draw(&painter, QPointF(0, 0));
+void QtTypesetting::paint(QPainter& painter, double room) const {
+  for (const auto& [line, rightToLeft] : lines_) {
+    const double width = line.naturalTextWidth();
+    const bool tooWide = width > room + kRoundingPt;
+    painter.save();
+    if (tooWide && room >= width * kStrongestSqueeze) {
+      painter.scale(room / width, 1);
+    } else if (tooWide && rightToLeft) {
+      painter.translate(room - width, 0);
+    }
+    line.draw(&painter, QPointF(0, 0));
+    painter.restore();
+  }
 }
 
 }  // namespace lumivane

@@ -10,11 +10,11 @@
 #include <QString>
 #include <QTextLayout>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 #include "imaging/TextRenderer.h"
 #include "platform/Geometry.h"
+#include "platform/linux/EmojiRuns.h"
 
 class QPainter;
 
@@ -23,32 +23,56 @@ namespace lumivane {
 // A text of any length is set only as far as it can matter: this much of each paragraph, and no line below the box.
 inline constexpr qsizetype kMaxParagraphUnits = 8192;
 
+// Both as makeFont() makes them.
+struct TypesettingFonts {
+  QFont text;
+  QFont emoji;
+};
+
 class QtTypesetting {
  public:
-  // The font is one of typesettingFont().
-  QtTypesetting(const QString& text, const QFont& font, LineBreakMode mode, SizePt box);
+  QtTypesetting(const QString& text, const TypesettingFonts& fonts, LineBreakMode mode, SizePt box);
 
   [[nodiscard]] TextMeasure measure() const;
-  // Paints with the painter's pen, the upper left corner of the first line at the origin.
-  void paint(QPainter& painter) const;
+  // Paints with the painter's pen, the upper left corner of the first line at the origin. A line that is wider than
+  // `room` by a little is squeezed into it; otherwise its end is cut off, which is to the left where it is read from
+  // the right.
+  void paint(QPainter& painter, double room) const;
 
  private:
+  struct Line {
+    QTextLine line;  // of one of paragraphs_
+    bool rightToLeft = false;
+  };
+
+  struct LineHeight {
+    double ascent = 0;
+    double descent = 0;
+  };
+
+  [[nodiscard]] static LineHeight plainLine(const QFont& font);
   [[nodiscard]] bool setParagraph(const QString& paragraph, bool last);
+  [[nodiscard]] std::unique_ptr<QTextLayout> layoutFor(const QString& shaped,
+                                                       const std::vector<TextRun>& emoji) const;
+  // Puts the next line below the others, if it fits.
+  [[nodiscard]] bool placeLine(QTextLine line, bool rightToLeft);
 
   // Constant after construction.
-  const QFont font_;
+  const TypesettingFonts fonts_;
   const LineBreakMode mode_;
   const SizePt box_;
-  const double plainLineHeight_;
+  const LineHeight plain_;  // of the font itself, without those that stand in for it
+  const double lineRoom_;   // how much height there must be for another line
 
   std::vector<std::unique_ptr<QTextLayout>> paragraphs_;
+  std::vector<Line> lines_;
   double width_ = 0;
   double height_ = 0;
   qsizetype fittingUnits_ = 0;
 };
 
-// The font in a size given in layer points (rounded to whole ones, as Qt does), whatever resolution the display is said
-// to have.
-[[nodiscard]] QFont typesettingFont(QFont font, double sizePt, double kerningPt);
+// A font in its style "Regular" and in a size given in layer points (rounded to whole ones, as Qt does), whatever
+// resolution the display is said to have. The first family that has a character sets it; after them any font that does.
+[[nodiscard]] QFont makeFont(const QStringList& families, double sizePt, double kerningPt = 0);
 
 }  // namespace lumivane

@@ -1,10 +1,8 @@
 #include "platform/linux/QtTextRenderer.h"
 
-#include <QFontDatabase>
-#include <QImage>
-#include <cstring>
+#include <cmath>
 
-#include "platform/linux/QtTypesetting.h"
+#include "tests/platform/TextPixels.h"
 #include "tests/support/RecordingLog.h"
 
 namespace lumivane {
@@ -12,29 +10,6 @@ namespace {
 
 constexpr SizePt kScreen{1280, 800};
 constexpr double kNear = 0.02;
-
-struct Pixel {
-  int red = 0, green = 0, blue = 0, alpha = 0;
-};
-
-Pixel pixelAt(const Bitmap& bitmap, int x, int y) {
-  const BitmapLevel& level = bitmap.levels().front();
-  const std::size_t at = static_cast<std::size_t>(y) * level.strideBytes + static_cast<std::size_t>(x) * 4;
-  const auto bytes = bitmap.levelBytes(0).subspan(at, 4);
-  return {std::to_integer<int>(bytes[0]), std::to_integer<int>(bytes[1]), std::to_integer<int>(bytes[2]),
-          std::to_integer<int>(bytes[3])};
-}
-
-// The smallest rectangle that holds everything that is not transparent.
-QRect inkOf(const Bitmap& bitmap) {
-  QRect ink;
-  for (int y = 0; y < bitmap.storedSize().height; ++y) {
-    for (int x = 0; x < bitmap.storedSize().width; ++x) {
-      if (pixelAt(bitmap, x, y).alpha > 16) ink |= QRect(x, y, 1, 1);
-    }
-  }
-  return ink;
-}
 
 class QtTextRendererTest : public ::testing::Test {
  protected:
@@ -56,12 +31,36 @@ class QtTextRendererTest : public ::testing::Test {
   QtTextRenderer renderer_{log_};
 };
 
-TEST_F(QtTextRendererTest, AFixedWidthFontStandsInForAMissingOne) {
+TEST_F(QtTextRendererTest, CharactersAreOfOneWidth) {
   ASSERT_TRUE(renderer_.fontAvailable());
   EXPECT_NEAR(widthOf("iiiix"), widthOf("WWWWx"), kNear);
-  const bool wantedIsThere = QFontDatabase::families().contains(QStringLiteral("Andale Mono"));
-  EXPECT_EQ(log_.countStartingWith("Andale Mono is not installed, text is set in "), wantedIsThere ? 0U : 1U);
-  EXPECT_THAT(log_.entries(), ::testing::SizeIs(wantedIsThere ? 0 : 1));
+}
+
+TEST_F(QtTextRendererTest, SaysOnceWhichFontStandsIn) {
+  RecordingLog log;
+  const QtTextRenderer renderer(log, {"DejaVu Sans Mono", "", ""});
+  for (int i = 0; i < 3; ++i) static_cast<void>(renderer.measure("abc", {}, kScreen));
+  EXPECT_TRUE(
+      log.has("Andale Mono is not installed, text is set in DejaVu Sans Mono", LogLevel::Information));
+  EXPECT_EQ(log.entries().size(), 1U);
+}
+
+TEST_F(QtTextRendererTest, SaysNothingOfTheWantedFont) {
+  RecordingLog log;
+  const QtTextRenderer renderer(log, {"Andale Mono", "", ""});
+  EXPECT_TRUE(log.entries().empty());
+}
+
+TEST_F(QtTextRendererTest, WithoutAnyFixedWidthFontTextIsPlain) {
+  RecordingLog log;
+  const QtTextRenderer renderer(log, TextFonts{});
+  EXPECT_FALSE(renderer.fontAvailable());
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(renderer.measure("abc", {.fontSizePt = 80}, kScreen).size,
+              renderer_.measure("abc", {.styled = false}, kScreen).size);
+  }
+  EXPECT_TRUE(log.has("Could not find font Andale Mono!", LogLevel::Error));
+  EXPECT_EQ(log.entries().size(), 1U);
 }
 
 TEST_F(QtTextRendererTest, MeasuresInPoints) {
@@ -144,6 +143,13 @@ TEST_F(QtTextRendererTest, NeverSplitsWhatIsSeenAsOneCharacter) {
 
 TEST_F(QtTextRendererTest, InvalidUtf8IsShownAsReplacementCharacters) {
   EXPECT_EQ(measure("a\xFFz").fittingUtf16Units, 3U);
+}
+
+TEST_F(QtTextRendererTest, ControlCharactersAreBlanks) {
+  EXPECT_EQ(measure("a\x7F\x01\xC2\x85z").fittingUtf16Units, 5U);
+  EXPECT_NEAR(widthOf("a\x7F\x01\xC2\x85z"), widthOf("a   z"), kNear);
+  const BitmapRef bitmap = renderer_.render("\x7F\xC2\x85\x1B", {}, {60, 30}, 1);
+  EXPECT_TRUE(inkOf(*bitmap).isEmpty());
 }
 
 TEST_F(QtTextRendererTest, OnlyTheLineFeedEndsALine) {
@@ -241,6 +247,36 @@ TEST_F(QtTextRendererTest, UnstyledTextIgnoresFontSizeAndColour) {
   const TextStyle large{.fontSizePt = 80, .styled = false};
   const TextStyle small{.fontSizePt = 8, .styled = false};
   EXPECT_EQ(measure("abc", large).size, measure("abc", small).size);
+}
+
+TEST_F(QtTextRendererTest, LinesBelowTheLayerAreNotDrawn) {
+  const double line = measure("x").size.height;
+  const QRect ink = inkOf(*renderer_.render("█\n█\n█████", {}, {200, 2 * line + 4}, 1));
+  EXPECT_NEAR(ink.width(), cell(), 2);
+  EXPECT_NEAR(ink.height(), 2 * line, 3);
+}
+
+// A line as wide as the screen begins some points to the right of the screen's edge.
+TEST_F(QtTextRendererTest, ALineThatIsALittleTooWideIsSqueezed) {
+  std::string text(49, 'x');
+  text += "█";
+  const double room = widthOf(text) - 12;
+  const QRect ink = inkOf(*renderer_.render(text, {}, {room + 6, 30}, 1));
+  EXPECT_NEAR(ink.left(), 3, 1);
+  EXPECT_NEAR(ink.right(), 3 + room, 2);
+  const QRect whole = inkOf(*renderer_.render(text, {}, {room + 6 + 12, 30}, 1));
+  EXPECT_NEAR(whole.right(), 3 + room + 12, 2);
+}
+
+TEST_F(QtTextRendererTest, ALineThatIsMuchTooWideIsCutOff) {
+  std::string text = "█";
+  text.append(60, 'x').append("█");
+  const BitmapRef bitmap = renderer_.render(text, {}, {300, 30}, 1);
+  const QRect ink = inkOf(*bitmap);
+  EXPECT_NEAR(ink.left(), 3, 1);
+  EXPECT_GT(ink.right(), 290);
+  EXPECT_EQ(pixelAt(*bitmap, 3 + static_cast<int>(cell() / 2), 12).alpha, 255);
+  EXPECT_LT(pixelAt(*bitmap, 295, 4).alpha, 255);
 }
 
 }  // namespace
