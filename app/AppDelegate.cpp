@@ -11,10 +11,13 @@ constexpr std::chrono::seconds kUnseenForLong{1};
 
 }  // namespace
 
-AppDelegate::AppDelegate(const Host& host, QtMainLoop& mainLoop)
+AppDelegate::AppDelegate(const Host& host, QtMainLoop& mainLoop, SleepNotes& sleepNotes, KeepAwake& keepAwake)
     : host_(host),
       mainLoop_(mainLoop),
+      sleepNotes_(sleepNotes),
+      keepAwake_(keepAwake),
       launcher_(host.files, host.log, host.folders.state),
+      place_(host.files, host.log, host.folders.state),
       masterViewController_(host) {}
 
 AppDelegate::~AppDelegate() {
@@ -34,9 +37,7 @@ void AppDelegate::applicationWillFinishLaunching(const std::vector<std::string>&
 Result<Done> AppDelegate::applicationDidFinishLaunching() {
   auto context = makeGlContext(wantedGlFormats());
   if (!context) return Error{context.error()};
-  window_ = std::make_unique<SlideshowWindow>(context.value()->format(), *this);
-  window_->setTitle("Lumivane");
-  window_->setIconName("lumivane");
+  openWindow(context.value()->format());
   surface_ = std::make_unique<QtGlSurface>(*window_, std::move(context.value()));
   renderThread_ = std::make_unique<RenderThread>(*surface_, host_.clock, host_.log);
 
@@ -46,7 +47,7 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
       view.mainLayer(), *window_,
       [this](std::shared_ptr<const FrameSnapshot> snapshot) { renderThread_->publish(std::move(snapshot)); },
       host_.clock, mainLoop_);
-  mainLoop_.atEndOfTurn([this] { commit_->commit(); });
+  mainLoop_.atEndOfTurn([this] { endOfTurn(); });
 
   window_->show();
   if (flags_.fullScreen) window_->toggleFullScreen();
@@ -55,7 +56,48 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
   view.setWindowResizingHappened(false);
   view.setScreensaverSurrogateMode(flags_.surrogate);
   launcher_.writeAliveFile(host_.clock.wallTime());
+  if (flags_.surrogate) startSurrogateMode();
   return Done{};
+}
+
+void AppDelegate::openWindow(const QSurfaceFormat& format) {
+  window_ = std::make_unique<SlideshowWindow>(format, *this);
+  window_->setTitle("Lumivane");
+  window_->setIconName("de.orvik.LumivaneApp");
+  if (const std::optional<RectPt> frame = place_.load()) window_->placeAt(*frame);
+  pointer_ = std::make_unique<PointerHiding>(*window_, host_.clock, host_.mainLoop);
+  menu_ = std::make_unique<MainMenu>(window_->qtWindow(), [this](MenuCommand command) { perform(command); });
+}
+
+// As a screen saver does: no pointer, and an end when the machine or its screens go to sleep.
+void AppDelegate::startSurrogateMode() {
+  pointer_->hideForGood();
+  sleepNotes_.observe([this] { host_.application.terminate(); });
+}
+
+void AppDelegate::endOfTurn() {
+  commit_->commit();
+  rememberPlace();
+  keepAwake_.keepAwake(isWatched());
+}
+
+// Nobody watches a show that is paused or hidden, and one in a window stands beside other work.
+bool AppDelegate::isWatched() const {
+  return window_ != nullptr && window_->isFullScreen() && animating_ && !flags_.surrogate &&
+         masterViewController_.saver().isRunning();
+}
+
+void AppDelegate::perform(MenuCommand command) {
+  switch (command) {
+    case MenuCommand::Preferences:
+      return masterViewController_.showPreferences();
+    case MenuCommand::Help:
+      return masterViewController_.showHelp();
+    case MenuCommand::FullScreen:
+      return masterViewController_.keyDown({U'f', kNoModifiers, false});
+    case MenuCommand::Quit:
+      return host_.application.terminate();
+  }
 }
 
 void AppDelegate::moveToDisplay(DisplayNumber display) {
@@ -113,17 +155,38 @@ void AppDelegate::windowScaleChanged(double scale) {
   masterViewController_.saver().setContentsScale(scale);
 }
 
+// The program ends with its window, whatever else may still be open.
 void AppDelegate::windowWillClose() {
+  rememberPlace();
+  if (ordinaryFrame_) place_.save(*ordinaryFrame_);
   masterViewController_.saver().saveLastRunInfo();
   masterViewController_.viewWillDisappear();
+  host_.application.terminate();
+}
+
+void AppDelegate::rememberPlace() {
+  if (window_ == nullptr || window_->isFullScreen() || window_->isMaximized() || window_->isMinimized())
+    return;
+  ordinaryFrame_ = window_->frame();
 }
 
 void AppDelegate::keyDown(const KeyEvent& event) {
+  if (const auto command = menuCommandOf(event)) return perform(*command);
   masterViewController_.keyDown(event);
 }
 
 void AppDelegate::modifiersChanged(Modifiers held) {
   masterViewController_.flagsChanged(held);
+}
+
+void AppDelegate::mouseMoved(PointPt /*position*/) {
+  if (flags_.surrogate) return masterViewController_.mouseMoved();
+  pointer_->mouseMoved();
+}
+
+void AppDelegate::menuRequested(PointPt position) {
+  if (flags_.surrogate && window_->isFullScreen()) return host_.application.terminate();
+  menu_->popUp(position, window_->isFullScreen());
 }
 
 }  // namespace lumivane

@@ -13,9 +13,14 @@
 #include "app/LaunchFlags.h"
 #include "app/LauncherFiles.h"
 #include "app/LayerTreeCommit.h"
+#include "app/MainMenu.h"
 #include "app/MasterViewController.h"
+#include "app/PointerHiding.h"
+#include "app/WindowPlace.h"
 #include "compositor/render/RenderThread.h"
+#include "platform/KeepAwake.h"
 #include "platform/Result.h"
+#include "platform/SleepNotes.h"
 #include "platform/Window.h"
 #include "platform/linux/QtGlSurface.h"
 #include "platform/linux/QtMainLoop.h"
@@ -25,7 +30,7 @@ namespace lumivane {
 
 class AppDelegate final : public WindowListener {
  public:
-  AppDelegate(const Host& host, QtMainLoop& mainLoop);
+  AppDelegate(const Host& host, QtMainLoop& mainLoop, SleepNotes& sleepNotes, KeepAwake& keepAwake);
   ~AppDelegate() override;
 
   // All arguments of the process, the program's own path included.
@@ -43,21 +48,38 @@ class AppDelegate final : public WindowListener {
   void windowWillClose() override;
   void keyDown(const KeyEvent& event) override;
   void modifiersChanged(Modifiers held) override;
+  void mouseMoved(PointPt position) override;
+  void menuRequested(PointPt position) override;
+
+  // The slideshow's window, for what opens over it; nullptr before the start.
+  [[nodiscard]] SlideshowWindow* window() { return window_.get(); }
 
  private:
+  void openWindow(const QSurfaceFormat& format);
+  void startSurrogateMode();
+  void endOfTurn();
+  [[nodiscard]] bool isWatched() const;
+  void perform(MenuCommand command);
+  void rememberPlace();
   void moveToDisplay(DisplayNumber display);
   void setAnimating(bool animating);
   void stopAnimatingUnlessSeenAgain();
 
   const Host host_;
   QtMainLoop& mainLoop_;
+  SleepNotes& sleepNotes_;
+  KeepAwake& keepAwake_;
   LauncherFiles launcher_;
+  WindowPlace place_;
   LaunchFlags flags_;
   MasterViewController masterViewController_;
   std::unique_ptr<SlideshowWindow> window_;
   std::unique_ptr<QtGlSurface> surface_;
   std::unique_ptr<RenderThread> renderThread_;  // ends before the surface and the window
   std::unique_ptr<LayerTreeCommit> commit_;
+  std::unique_ptr<PointerHiding> pointer_;
+  std::unique_ptr<MainMenu> menu_;
+  std::optional<RectPt> ordinaryFrame_;  // the window's, when it last was neither maximized nor full screen
   DisplayNumber display_ = 0;
   bool animating_ = true;
   // Dropped when the window is seen again before the show was stopped.

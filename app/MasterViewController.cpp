@@ -31,4 +31,16 @@ void MasterViewController::flagsChanged(Modifiers held) {
   saver_->flagsChanged(held);
 }
 
+void MasterViewController::mouseMoved() {
+  host_.application.terminate();
+}
+
+void MasterViewController::showPreferences() {
+  if (host_.configureSheet != nullptr) host_.configureSheet->begin();
+}
+
+void MasterViewController::showHelp() {
+  if (host_.helpPanel != nullptr) host_.helpPanel->orderFront();
+}
+
 }  // namespace lumivane

@@ -25,8 +25,13 @@ class MasterViewController {
   void viewWillMoveToWindow(HostWindow* window);
   void keyDown(const KeyEvent& event);
   void flagsChanged(Modifiers held);
+  // Told only while the show stands in for the screen saver, which ends when the mouse moves.
+  void mouseMoved();
+  void showPreferences();
+  void showHelp();
 
   [[nodiscard]] LumivaneView& saver() { return *saver_; }
+  [[nodiscard]] const LumivaneView& saver() const { return *saver_; }
 
  private:
   const Host host_;

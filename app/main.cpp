@@ -9,21 +9,28 @@
 #include "app/AppDelegate.h"
 #include "app/Version.h"
 #include "imaging/decode/FileImageDecoder.h"
+#include "imaging/places/OfflineGeocoder.h"
 #include "platform/linux/DBusFileBrowser.h"
+#include "platform/linux/DBusKeepAwake.h"
+#include "platform/linux/DBusSleepNotes.h"
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/DrmDisplayRegistry.h"
 #include "platform/linux/Environment.h"
 #include "platform/linux/FreedesktopTrash.h"
+#include "platform/linux/MessageBus.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/ProcFreeMemory.h"
+#include "platform/linux/ProgramFolder.h"
 #include "platform/linux/QtApplication.h"
 #include "platform/linux/QtDisplays.h"
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/QtTextRenderer.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
+#include "platform/linux/TerminationSignals.h"
 #include "platform/linux/ThemeSounds.h"
 #include "platform/linux/ThreadSerialQueues.h"
+#include "platform/linux/UserLocale.h"
 #include "platform/linux/XdgUserFolders.h"
 #include "settings/NamedDisplays.h"
 #include "settings/SettingsStore.h"
@@ -59,9 +66,16 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
   SharedTables tables;
   QtMainLoop mainLoop(log);
   QtApplication program;
-  DBusFileBrowser fileBrowser(log, QDBusConnection::sessionBus(), openFolderOnDesktop);
+  MessageBus sessionBus(QDBusConnection::SessionBus, queues, mainLoop);
+  MessageBus systemBus(QDBusConnection::SystemBus, queues, mainLoop);
+  DBusFileBrowser fileBrowser(
+      log, [&sessionBus](UseBus use) { sessionBus.whenOpen(std::move(use)); }, openFolderOnDesktop);
   FreedesktopTrash trash;
   ThemeSounds sounds(queues, mainLoop);
+  const auto geocoder =
+      OfflineGeocoder::open(placesPath(programFolder(), valueOf(environment, "LUMIVANE_PLACES")),
+                            userLocale(environment, "LC_MESSAGES"), mainLoop);
+  if (!geocoder) log.error(geocoder.error());
   const Host host{.clock = clock,
                   .mainLoop = mainLoop,
                   .queues = queues,
@@ -73,7 +87,7 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
                   .random = random,
                   .memory = memory,
                   .text = text,
-                  .geocoder = nullptr,
+                  .geocoder = geocoder ? geocoder.value().get() : nullptr,
                   .application = program,
                   .fileBrowser = fileBrowser,
                   .trash = trash,
@@ -82,7 +96,10 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
                   .folders = folders,
                   .programVersion = {kShortVersion, kBuildNumber},
                   .systemVersion = systemVersion()};
-  AppDelegate delegate(host, mainLoop);
+  DBusSleepNotes sleepNotes(queues);
+  DBusKeepAwake keepAwake(sessionBus, systemBus, log);
+  AppDelegate delegate(host, mainLoop, sleepNotes, keepAwake);
+  const TerminationSignals terminationSignals([&program] { program.terminate(); });
   delegate.applicationWillFinishLaunching(arguments);
   if (const auto started = delegate.applicationDidFinishLaunching(); !started)
     return fail(log, started.error());

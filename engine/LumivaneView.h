@@ -6,7 +6,7 @@
 // Errors:  none leaves the view. What fails is logged, shown where the user must know, and the show goes on.
 //
 // The operations are spread over files named after their subject: LumivaneViewSetup, ...Display, ...FrameLoop,
-// ...PictureChange, ...Prefetch, ...Order, ...Messages, ...Places, ...Settings, ...Keys, ...Deletion.
+// ...PictureChange, ...Prefetch, ...Order, ...Messages, ...Places, ...Settings, ...Scan, ...Keys, ...Deletion.
 #pragma once
 
 #include <cstdint>
@@ -31,6 +31,9 @@
 #include "settings/PreferencesStore.h"
 
 namespace lumivane {
+
+class CollectionScan;
+class PreferencesSheet;
 
 class LumivaneView {
  public:
@@ -68,11 +71,11 @@ class LumivaneView {
   void logFileAccessError(const std::string& path);
   void displayMessage(const std::optional<std::string>& firstLine,
                       const std::optional<std::string>& secondLine);
-  void printFilename(const std::string& path);
-  void printFilename(const std::string& path, const std::optional<std::string>& info);
+  void printFilename(const std::string& path, const std::optional<std::string>& info = std::nullopt);
   void displayFilename(const std::string& path, const ImageInfo& info);
   void displayNewLocation(const Result<std::vector<Placemark>>& answer);
   void refreshTextLayer();
+  void refreshTextLines();
 
   // --- Settings, list and record of this display ---
   void loadPreferences(const std::string& displayName);
@@ -81,6 +84,18 @@ class LumivaneView {
   void saveImageList();
   void loadLastRunInfo(const std::string& displayName);
   void saveLastRunInfo();
+  // Changes what is edited and shown to another display's, by its position among all displays.
+  void editDisplay(std::size_t position);
+  [[nodiscard]] DisplaySettings& editSettings() { return settings_; }
+
+  // --- The collection ---
+  void scanForImages();
+  // Returns the old list, whose end takes long when it was long.
+  [[nodiscard]] std::vector<std::string> replaceImageFiles(std::vector<std::string> imagefiles);
+  void startWithFreshCollection();
+  void setQueryIsInProgress(bool inProgress) { queryIsInProgress_ = inProgress; }
+  void setMainDirectoryLocation(std::string folder) { mainDirectoryLocation_ = std::move(folder); }
+  [[nodiscard]] CollectionScan& collectionScan() { return *collectionScan_; }
 
   // --- Keys ---
   void keyDown(const KeyEvent& event);
@@ -93,8 +108,15 @@ class LumivaneView {
   void setScreensaverSurrogateMode(bool surrogate) { screensaver_surrogate_mode_ = surrogate; }
   [[nodiscard]] Layer& mainLayer() { return *mainLayer_; }
   [[nodiscard]] const Layer& mainLayer() const { return *mainLayer_; }
+  // Whether pictures come and go by themselves now.
+  [[nodiscard]] bool isRunning() const { return !pause_animation_ && !paused_ && !blankScreen_; }
   [[nodiscard]] const std::string& displayName() const { return displayName_; }
   [[nodiscard]] DisplayNumber displayNumber() const { return displayID_; }
+  [[nodiscard]] PreferencesSheet* preferencesSheet() { return preferencesSheet_.get(); }  // nullptr: none
+  [[nodiscard]] bool queryIsInProgress() const { return queryIsInProgress_; }
+  [[nodiscard]] bool hasFolder() const { return mainDirectoryLocation_.has_value(); }
+  [[nodiscard]] std::optional<std::string> mainDirectoryLocation() const { return mainDirectoryLocation_; }
+  [[nodiscard]] const std::string& imageListPath() const { return imageListPath_; }
 
   // --- What tests look at ---
   [[nodiscard]] const Layer* currentLayer() const { return currentLayer_; }
@@ -222,8 +244,7 @@ class LumivaneView {
   std::optional<WallTime> last_scan_;
   std::string filename_;
   ImageIndex img_index_ = 0;
-  std::string
-      current_image_path_;  // differs from filename_ where the list has shrunk since the picture was stored
+  std::string current_image_path_;  // not filename_ where the list has shrunk since the picture was stored
   BitmapRef current_image_;
   std::shared_ptr<const PropertyDictionary> current_image_props_;
   std::uint64_t listGeneration_ = 0;  // tells a prefetch that its list has gone
@@ -258,6 +279,7 @@ class LumivaneView {
   std::string errmesg_ = " ";
   bool errmsgIsError_ = false;
   std::optional<std::string> infoLine_;
+  std::string informationOf_;  // the picture that the three below tell of
   std::optional<std::string> img_description_;
   std::optional<std::string> img_place_;
   std::optional<std::string> img_date_;
@@ -270,6 +292,8 @@ class LumivaneView {
   // Main thread only: settings
   DisplaySettings settings_;
   PreferencesStore preferences_;
+  std::unique_ptr<CollectionScan> collectionScan_;
+  std::unique_ptr<PreferencesSheet> preferencesSheet_;  // nullptr: there is no sheet
 };
 
 }  // namespace lumivane

@@ -7,7 +7,7 @@ import unittest
 import urllib.parse
 
 import pixels
-from slideshow import HEIGHT, WIDTH, SessionBus, SlideshowTest, eventually
+from slideshow import HEIGHT, WIDTH, SlideshowTest, eventually
 
 TEXT_HEIGHT = 60  # pixels at the lower edge of the screen that hold the information line
 
@@ -159,18 +159,17 @@ class Keys(SlideshowTest):
         self.assertNotIn(str(first), self.stored_list())
 
     def test_return_reveals_the_picture_in_the_file_browser(self):
-        bus = SessionBus(self.home)
-        self.addCleanup(bus.close)
-        browser = bus.start_file_browser()
-        self.show.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address
+        browser = self.open_bus("DBUS_SESSION_BUS_ADDRESS").start(
+            "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1", ("ShowItems", "ass", "", ""))
         awkward = self.pictures / "00 Größe #1 100%.jpg"
         sorted(self.pictures.iterdir())[0].rename(awkward)
         self.begin()
         while self.latest() != awkward:
             self.press_for_next("Right")
         self.press("Return")
-        shown = eventually(browser.requests, "the file browser is asked")
-        self.assertEqual(shown, [["file://" + urllib.parse.quote(str(awkward))]])
+        asked = eventually(lambda: browser.calls("ShowItems"), "the file browser is asked")
+        self.assertEqual([re.findall(r'"(file:[^"]*)"', call) for call in asked],
+                         [["file://" + urllib.parse.quote(str(awkward))]])
 
     # --- Standing in for the screen saver ---
 

@@ -105,42 +105,50 @@ class WaylandScreen:
         end(self.server)
 
 
-class FileBrowser:
-    """Stands in for the desktop's file manager and keeps what it was asked to show."""
+class Service:
+    """Stands in for a service on a bus, and keeps what it was asked."""
 
-    NAME, PATH = "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1"
-
-    def __init__(self, environment, log):
-        self.log = pathlib.Path(log)
+    def __init__(self, bus, name, path, methods):
+        """methods: what each takes and gives back, as (name, signature, result signature, Python code for the result)."""
+        self.name, self.path, self.environment = name, path, bus.environment
+        self.log = pathlib.Path(bus.home) / (name + ".log")
         self.process = subprocess.Popen(
-            ["/usr/bin/python3", "-m", "dbusmock", "--session", "--logfile", log, self.NAME, self.PATH, self.NAME],
-            env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        method = ["gdbus", "call", "--session", "--dest", self.NAME, "--object-path", self.PATH, "--method",
-                  "org.freedesktop.DBus.Mock.AddMethod", self.NAME, "ShowItems", "ass", "", ""]
-        eventually(lambda: subprocess.run(method, env=environment, timeout=30, check=False, stdout=subprocess.DEVNULL,
-                                          stderr=subprocess.DEVNULL).returncode == 0, "the file manager's stand-in answers")
+            ["/usr/bin/python3", "-m", "dbusmock", "--session", "--logfile", str(self.log), name, path, name],
+            env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        eventually(lambda: self._mock("Reset"), f"the stand-in for {name} answers")
+        for method in methods:
+            self._mock("AddMethod", name, *method)
 
-    def requests(self):
-        """The URIs of each request, in order; None while there is no request."""
-        asked = [line for line in self.log.read_text().splitlines() if " ShowItems " in line] if self.log.exists() else []
-        return [re.findall(r'"(file:[^"]*)"', line) for line in asked] or None
+    def _mock(self, method, *arguments):
+        done = subprocess.run(["gdbus", "call", "--session", "--dest", self.name, "--object-path", self.path, "--method",
+                               "org.freedesktop.DBus.Mock." + method, *arguments],
+                              env=self.environment, timeout=30, check=False, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        return done.returncode == 0
+
+    def emit(self, signal_name, signature, *arguments, interface=None):
+        assert self._mock("EmitSignal", interface or self.name, signal_name, signature, "[" + ", ".join(arguments) + "]")
+
+    def calls(self, method):
+        """The log's lines about calls of that method, in order; None while there is none."""
+        lines = self.log.read_text().splitlines() if self.log.exists() else []
+        return [line for line in lines if f" {method} " in line + " "] or None
 
 
-class SessionBus:
-    """A D-Bus session of its own."""
+class Bus:
+    """A D-Bus message bus of its own, used as the session's or as the system's."""
 
-    def __init__(self, home):
+    def __init__(self, home, name):
         self.home = home
-        self.address = f"unix:path={home}/session-bus"
+        self.address = f"unix:path={home}/{name}"
         self.environment = {**without_display(), "HOME": home, "DBUS_SESSION_BUS_ADDRESS": self.address}
-        self.processes = [subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--address", self.address],
+        self.processes = [subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--address", self.address],
                                            env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)]
-        eventually(pathlib.Path(home, "session-bus").exists, "the session bus listens")
+        eventually(pathlib.Path(home, name).exists, "the bus listens")
 
-    def start_file_browser(self):
-        browser = FileBrowser(self.environment, self.home + "/file-browser.log")
-        self.processes.insert(0, browser.process)
-        return browser
+    def start(self, name, path, *methods):
+        service = Service(self, name, path, methods)
+        self.processes.insert(0, service.process)
+        return service
 
     def close(self):
         for process in self.processes:
@@ -171,7 +179,9 @@ class Slideshow:
         runtime.mkdir(mode=0o700, exist_ok=True)
         self.environment = {**without_display(), "HOME": home, "XDG_RUNTIME_DIR": str(runtime), "LUMIVANE_LOG": "stderr", "LC_ALL": "C.UTF-8",
                             "XDG_CONFIG_HOME": home + "/config", "XDG_DATA_HOME": home + "/data",
-                            "XDG_CACHE_HOME": home + "/cache", "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent",
+                            "XDG_CACHE_HOME": home + "/cache", "XDG_STATE_HOME": home + "/state",
+                            "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent",
+                            "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
                             **screen.environment}
         self.process = None
         self.reader = None
@@ -264,6 +274,13 @@ class SlideshowTest(unittest.TestCase):
         self.addCleanup(self.show.close)
         self.pictures = pathlib.Path(self.home) / "pictures"
         shutil.copytree(self.painted, self.pictures)
+
+    def open_bus(self, variable):
+        """A bus that the program takes for the session's or the system's."""
+        bus = Bus(self.home, variable.lower())
+        self.addCleanup(bus.close)
+        self.show.environment[variable] = bus.address
+        return bus
 
     def assert_on_screen(self, path, tolerance=6):
         """The screen comes to show that picture, fitted."""
