@@ -53,7 +53,8 @@ std::string jsonLine(const AlbumPicture& picture) {
 }
 
 ExitStatus listMembers(const Tool& tool, const PhotoLibrary& library, const Album& album, bool json) {
-  const Result<std::vector<AlbumPicture>> members = library.pictures(album, {});
+  const AlbumDetail detail = json ? AlbumDetail::Descriptions : AlbumDetail::Files;
+  const Result<std::vector<AlbumPicture>> members = library.pictures(album, detail, {});
   if (!members) return fail(tool, members.error());
   for (const AlbumPicture& member : members.value()) {
     if (json) tool.out << jsonLine(member) << '\n';

@@ -163,7 +163,8 @@ ExitStatus collectAlbumNamed(const Tool& tool, const Arguments& arguments, const
   const std::optional<std::vector<Album>> albums = albumsFor(tool, library);
   const Album* album = albums ? findAlbum(*albums, name, tool.log) : nullptr;
   if (album == nullptr) return ExitStatus::Failed;
-  const CollectedAlbum collected = collectAlbum(name, library.pictures(*album, {}), tool.log);
+  const CollectedAlbum collected =
+      collectAlbum(name, library.pictures(*album, AlbumDetail::Files, {}), tool.log);
   if (collected.end != AlbumEnd::Collected && collected.end != AlbumEnd::Empty) return ExitStatus::Failed;
 
   const std::string display = displayNameFor(tool, arguments);

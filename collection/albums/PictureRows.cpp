@@ -38,11 +38,27 @@ std::size_t bytesOf(const PictureRow& row) {
 // Asks for what a library knows of a picture beyond its file.
 class DetailReader {
  public:
-  DetailReader(LibraryDatabase& database, const LibrarySchema& schema) {
-    if (schema.hasAttributes) {
+  DetailReader(LibraryDatabase& database, const LibrarySchema& schema, const PictureDetails& details) {
+    if (schema.hasAttributes && (details.titles || details.descriptions)) {
+      const std::string location = details.descriptions ? "ZREVERSELOCATIONDATA" : "NULL";
       prepare(database, attributes_,
-              "SELECT ZTITLE, ZREVERSELOCATIONDATA FROM ZADDITIONALASSETATTRIBUTES WHERE Z_PK = ?1");
+              "SELECT ZTITLE, " + location + " FROM ZADDITIONALASSETATTRIBUTES WHERE Z_PK = ?1");
     }
+    if (details.descriptions) prepareDescriptions(database, schema);
+  }
+
+  [[nodiscard]] const std::string& problem() const { return problem_; }
+
+  // False after a failure.
+  [[nodiscard]] bool read(std::optional<std::int64_t> attributes, std::optional<std::int64_t> moment,
+                          PictureRow& picture) {
+    if (attributes) readAttributes(*attributes, picture);
+    if (moment && picture.picture.places.empty()) readMoment(*moment, picture.picture);
+    return problem_.empty();
+  }
+
+ private:
+  void prepareDescriptions(LibraryDatabase& database, const LibrarySchema& schema) {
     if (schema.hasDescriptions) {
       prepare(database, descriptions_,
               "SELECT ZLONGDESCRIPTION FROM ZASSETDESCRIPTION WHERE ZASSETATTRIBUTES = ?1");
@@ -57,17 +73,6 @@ class DetailReader {
     }
   }
 
-  [[nodiscard]] const std::string& problem() const { return problem_; }
-
-  // False after a failure.
-  [[nodiscard]] bool read(std::optional<std::int64_t> attributes, std::optional<std::int64_t> moment,
-                          PictureRow& picture) {
-    if (attributes) readAttributes(*attributes, picture);
-    if (moment && picture.picture.places.empty()) readMoment(*moment, picture.picture);
-    return problem_.empty();
-  }
-
- private:
   void prepare(LibraryDatabase& database, std::optional<LibraryQuery>& query, const std::string& sql) {
     Result<LibraryQuery> prepared = database.query(sql);
     if (prepared) query.emplace(std::move(prepared).value());
@@ -158,8 +163,9 @@ MemberState memberState(const LibraryRow& row, int firstColumn) {
 }
 
 Result<std::vector<PictureRow>> readPictureRows(LibraryDatabase& database, const LibrarySchema& schema,
-                                                std::int64_t albumKey, const PackageFolders& folders) {
-  DetailReader details(database, schema);
+                                                std::int64_t albumKey, const PackageFolders& folders,
+                                                const PictureDetails& wanted) {
+  DetailReader details(database, schema, wanted);
   if (!details.problem().empty()) return Error{details.problem()};
   const std::string condition = "WHERE j." + quotedName(schema.memberAlbum) + " = ?1";
   Result<LibraryQuery> query = database.query(membersQuestion(schema, memberColumns(schema), condition));

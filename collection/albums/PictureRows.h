@@ -25,12 +25,19 @@ struct PictureRow {
   std::string title;
 };
 
+// What is read beyond the files and their dates.
+struct PictureDetails {
+  bool titles = true;
+  bool descriptions = true;
+};
+
 // Everything but whether the files are there. What is in the trash, and the frames of a burst that nobody picked, are
 // left out.
 [[nodiscard]] Result<std::vector<PictureRow>> readPictureRows(LibraryDatabase& database,
                                                               const LibrarySchema& schema,
                                                               std::int64_t albumKey,
-                                                              const PackageFolders& folders);
+                                                              const PackageFolders& folders,
+                                                              const PictureDetails& wanted);
 
 // Asks for the members of albums ("j") with their assets ("s"): the columns given, then those of memberState().
 [[nodiscard]] std::string membersQuestion(const LibrarySchema& schema, std::string_view columns,

@@ -66,7 +66,7 @@ Result<AlbumList> SqlitePhotoLibrary::albums(std::stop_token stop) const {
       });
 }
 
-Result<std::vector<AlbumPicture>> SqlitePhotoLibrary::pictures(const Album& album,
+Result<std::vector<AlbumPicture>> SqlitePhotoLibrary::pictures(const Album& album, AlbumDetail detail,
                                                                std::stop_token stop) const {
   const std::optional<std::string> package = findPhotoLibrary(named_, picturesFolder_);
   if (!package) return Error{"There is no photo library any more !"};
@@ -79,7 +79,9 @@ Result<std::vector<AlbumPicture>> SqlitePhotoLibrary::pictures(const Album& albu
           return candidate.album.identifier == album.identifier;
         });
         if (row == albums.value().end()) return Error{"album " + printable(album.name) + " is gone"};
-        Rows found = readPictureRows(database, schema, row->key, foldersOf(*package));
+        const PictureDetails details{.titles = row->sortKey == kSortedByTitle,
+                                     .descriptions = detail == AlbumDetail::Descriptions};
+        Rows found = readPictureRows(database, schema, row->key, foldersOf(*package), details);
         if (found) sortPictures(found.value(), row->sortKey, row->ascending, locale_);
         return found;
       });

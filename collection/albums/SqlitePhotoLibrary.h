@@ -21,7 +21,7 @@ class SqlitePhotoLibrary final : public PhotoLibrary {
       : named_(std::move(named)), picturesFolder_(std::move(picturesFolder)), locale_(std::move(locale)) {}
 
   [[nodiscard]] Result<AlbumList> albums(std::stop_token stop) const override;
-  [[nodiscard]] Result<std::vector<AlbumPicture>> pictures(const Album& album,
+  [[nodiscard]] Result<std::vector<AlbumPicture>> pictures(const Album& album, AlbumDetail detail,
                                                            std::stop_token stop) const override;
 
  private:

@@ -73,6 +73,7 @@ TEST_F(AlbumCollection, missingFilesAreLeftOutWithOneCount) {
   const AlbumPicture nameless{.path = ""};
   const CollectedAlbum collected = collect({inCloud, picture("a.jpeg"), nameless, hiddenInCloud});
   EXPECT_THAT(collected.imagefiles, ElementsAre(picture("a.jpeg").path));
+  EXPECT_EQ(collected.numMissing, 2U);
   EXPECT_THAT(log_.entries().at(0),
               (Entry{"pictures of album Summer left out because their files are not here = 2",
                      LogLevel::Information}));

@@ -102,7 +102,7 @@ TEST_P(EveryRelease, isRead) {
   const Result<AlbumList> list = read.albums({});
   ASSERT_TRUE(list) << list.error();
   ASSERT_THAT(list.value().albums, ElementsAre(Album{"album", "UUID-10", 1}));
-  const auto pictures = read.pictures(list.value().albums[0], {});
+  const auto pictures = read.pictures(list.value().albums[0], AlbumDetail::Descriptions, {});
   ASSERT_TRUE(pictures) << pictures.error();
   ASSERT_EQ(pictures.value().size(), 1U);
   EXPECT_EQ(pictures.value()[0].path, package_ + "/originals/A/1.jpeg");
@@ -161,7 +161,8 @@ TEST_F(AlbumsOfLibrary, needNoMoreThanTheTablesOfAlbumsAndPictures) {
   }
   library.run("ALTER TABLE ZASSET DROP COLUMN ZMOMENT");
   library.run("ALTER TABLE ZASSET DROP COLUMN ZDATECREATED");
-  const auto pictures = SqlitePhotoLibrary(package_, "", "").pictures({"album", "UUID-10", 1}, {});
+  const auto pictures =
+      SqlitePhotoLibrary(package_, "", "").pictures({"album", "UUID-10", 1}, AlbumDetail::Descriptions, {});
   ASSERT_TRUE(pictures) << pictures.error();
   ASSERT_EQ(pictures.value().size(), 1U);
   EXPECT_EQ(pictures.value()[0], (AlbumPicture{.path = package_ + "/originals/A/1.jpeg"}));

@@ -117,12 +117,12 @@ TEST_F(HostileDatabase, textOfAnyBytesBecomesTextThatCanBeShown) {
   library_.run(
       "INSERT INTO ZGENERICALBUM (Z_PK, ZKIND, ZPARENTFOLDER, Z_FOK_PARENTFOLDER, ZTITLE) VALUES"
       " (10, 2, 2, 1, CAST(x'61ff62' AS TEXT)), (11, 2, 2, 2, CAST(x'610062' AS TEXT)),"
-      " (12, 2, 2, 3, x'6162'), (13, 2, 2, 4, 7)");
+      " (12, 2, 2, 3, x'6162'), (13, 2, 2, 4, 7), (14, 2, 2, 5, CAST(x'0961c3a47f' AS TEXT))");
   const Result<AlbumList> list = albums();
   ASSERT_TRUE(list) << list.error();
   std::vector<std::string> names;
   for (const Album& album : list.value().albums) names.push_back(album.name);
-  EXPECT_THAT(names, ElementsAre("a\\xFFb", "a\\x00b", "", "7"));
+  EXPECT_THAT(names, ElementsAre("a\\xFFb", "a\\x00b", "", "7", " aä "));
   EXPECT_EQ(list.value().albums[0].identifier, "#10") << "without one of its own";
 }
 
@@ -165,7 +165,8 @@ TEST_F(HostileDatabase, anAssetThatIsOftenInAnAlbumCountsOnce) {
   library_.run(
       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000)"
       " INSERT INTO Z_28ASSETS SELECT 10, 1, i FROM n");
-  const auto pictures = SqlitePhotoLibrary(library_.package(), "", "").pictures({"album", "UUID-10", 0}, {});
+  const auto pictures = SqlitePhotoLibrary(library_.package(), "", "")
+                            .pictures({"album", "UUID-10", 0}, AlbumDetail::Descriptions, {});
   ASSERT_TRUE(pictures) << pictures.error();
   EXPECT_THAT(pictures.value(), SizeIs(1));
 }
@@ -214,7 +215,8 @@ TEST_F(HostileDatabase, aDatabaseWithAnyByteWrongEndsInAnAnswerOrAProblem) {
     std::fstream file(library_.databasePath(), std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(static_cast<std::streamoff>(at)).put(static_cast<char>(~sound[at])).flush();
     const SqlitePhotoLibrary read(library_.package(), "", "");
-    const bool both = read.albums({}).ok() && read.pictures({"album", "UUID-10", 0}, {}).ok();
+    const bool both =
+        read.albums({}).ok() && read.pictures({"album", "UUID-10", 0}, AlbumDetail::Descriptions, {}).ok();
     ++(both ? answers : problems);
     file.seekp(static_cast<std::streamoff>(at)).put(sound[at]);
   }

@@ -35,7 +35,7 @@ class LiveLibrary : public testing::Test {
     const SqlitePhotoLibrary read(package, "", "");
     const Result<AlbumList> list = read.albums({});
     if (list && !list.value().albums.empty()) {
-      EXPECT_TRUE(read.pictures(list.value().albums[0], {}));
+      EXPECT_TRUE(read.pictures(list.value().albums[0], AlbumDetail::Descriptions, {}));
     }
     EXPECT_EQ(inventoryOf(library_.package()), before);
     if (!list) return {list.error()};
@@ -147,8 +147,8 @@ TEST_F(LiveLibrary, behindLinksIsRead) {
   library_.close();
   fs::create_directory_symlink(library_.package(), folder_ / "Link.photoslibrary");
   EXPECT_THAT(namesIn(folder_ / "Link.photoslibrary"), ElementsAre("in the database", "in the log"));
-  const auto pictures =
-      SqlitePhotoLibrary(folder_ / "Link.photoslibrary", "", "").pictures({"", "UUID-10", 0}, {});
+  const auto pictures = SqlitePhotoLibrary(folder_ / "Link.photoslibrary", "", "")
+                            .pictures({"", "UUID-10", 0}, AlbumDetail::Descriptions, {});
   ASSERT_TRUE(pictures) << pictures.error();
   EXPECT_EQ(pictures.value().at(0).path, folder_ / "Link.photoslibrary/originals/A/1.jpeg");
   // A package whose database alone is a link: its log lies where the database really is.

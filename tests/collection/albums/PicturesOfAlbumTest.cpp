@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <utility>
 
 #include "collection/albums/SqlitePhotoLibrary.h"
 #include "tests/collection/albums/MadeLibrary.h"
@@ -22,7 +23,7 @@ class PicturesOfAlbum : public testing::Test {
  protected:
   [[nodiscard]] std::vector<AlbumPicture> pictures(const Album& album = kAlbum) {
     Result<std::vector<AlbumPicture>> read =
-        SqlitePhotoLibrary(library_.package(), "", "").pictures(album, {});
+        SqlitePhotoLibrary(library_.package(), "", "").pictures(album, AlbumDetail::Descriptions, {});
     EXPECT_TRUE(read) << read.error();
     return read ? std::move(read).value() : std::vector<AlbumPicture>();
   }
@@ -143,6 +144,17 @@ TEST_F(PicturesOfAlbum, haveCommentKeywordsAndPlaces) {
   EXPECT_THAT(all[0].places, ElementsAre("Omaha"));
 }
 
+TEST_F(PicturesOfAlbum, withoutDescriptionsStandInTheSameOrder) {
+  makeAlbum(5, 1);
+  addFour();
+  library_.run("UPDATE ZASSETDESCRIPTION SET ZLONGDESCRIPTION = 'caption'");
+  std::vector<AlbumPicture> expected = pictures();
+  for (AlbumPicture& picture : expected) EXPECT_EQ(std::exchange(picture.comment, ""), "caption");
+  const auto plain = SqlitePhotoLibrary(library_.package(), "", "").pictures(kAlbum, AlbumDetail::Files, {});
+  ASSERT_TRUE(plain) << plain.error();
+  EXPECT_EQ(plain.value(), expected);
+}
+
 TEST_F(PicturesOfAlbum, takeTheirPlacesFromTheirPositionFirst) {
   makeAlbum(0, 1);
   const std::string archive =
@@ -159,10 +171,11 @@ TEST_F(PicturesOfAlbum, takeTheirPlacesFromTheirPositionFirst) {
 
 TEST_F(PicturesOfAlbum, ofAnAlbumThatIsGoneAreAProblem) {
   makeAlbum(0, 1);
-  const auto read = SqlitePhotoLibrary(library_.package(), "", "").pictures({"gone", "UUID-77", 0}, {});
+  const auto read = SqlitePhotoLibrary(library_.package(), "", "")
+                        .pictures({"gone", "UUID-77", 0}, AlbumDetail::Descriptions, {});
   ASSERT_FALSE(read);
   EXPECT_THAT(read.error(), HasSubstr("album gone is gone"));
-  EXPECT_FALSE(SqlitePhotoLibrary("", "", "").pictures(kAlbum, {}));
+  EXPECT_FALSE(SqlitePhotoLibrary("", "", "").pictures(kAlbum, AlbumDetail::Descriptions, {}));
 }
 
 TEST_F(PicturesOfAlbum, withNamesThatLeadOutOfThePackageHaveNoPath) {

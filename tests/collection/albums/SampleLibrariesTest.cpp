@@ -121,7 +121,7 @@ TEST_P(SampleLibraries, albumsAndPicturesAreThoseOfTheTable) {
     EXPECT_EQ(album.name, rows[0].at("title"));
     EXPECT_LT(position, number(rows[0].at("album_order_key"))) << "in the user's order";
     position = number(rows[0].at("album_order_key"));
-    const auto pictures = library.pictures(album, {});
+    const auto pictures = library.pictures(album, AlbumDetail::Descriptions, {});
     ASSERT_TRUE(pictures) << pictures.error();
     const Rows expected = inOrder(rows);
     ASSERT_EQ(pictures.value().size(), expected.size());
@@ -144,7 +144,8 @@ TEST(SampleLibrary, placesOfItsPicturesAreRead) {
   const auto samples = samplesFolder();
   if (!samples) GTEST_SKIP() << "no sample files on this machine";
   const SqlitePhotoLibrary library((*samples / "libraries/Test-10.15.7.photoslibrary").string(), "", "");
-  const auto pictures = library.pictures({"Pumpkin Farm", "0C514A98-7B77-4E4F-801B-364B7B65EAFA", 0}, {});
+  const auto pictures = library.pictures({"Pumpkin Farm", "0C514A98-7B77-4E4F-801B-364B7B65EAFA", 0},
+                                         AlbumDetail::Descriptions, {});
   ASSERT_TRUE(pictures) << pictures.error();
   EXPECT_THAT(pictures.value().at(2).places,
               testing::ElementsAre("Downtown", "Omaha", "NE", "United States"));
