@@ -1,8 +1,10 @@
 // How a view learns on which display it stands, starts for it, and follows its size.
 #include <algorithm>
 
+#include "engine/CollectionScan.h"
 #include "engine/FormattedText.h"
 #include "engine/LumivaneView.h"
+#include "engine/PreferencesSheet.h"
 #include "platform/PrintableText.h"
 #include "settings/UniqueDisplayNames.h"
 
@@ -40,13 +42,16 @@ void LumivaneView::viewWillMoveToWindow(HostWindow* window) {
   logMessage(formatted("viewWillMoveToWindow: origin = %f , %f ;  size = %f , %f", drawRect_.origin.x,
                        drawRect_.origin.y, drawRect_.size.width, drawRect_.size.height),
              false);
+  collectionScan_->breakOff();
   displayID_ = window->displayNumber();
   listDisplays();
+  if (preferencesSheet_) preferencesSheet_->fillDisplayChooser();
   loadPreferences(displayName_);
   loadImageList(displayName_);
   loadLastRunInfo(displayName_);
   adjustLayersToNewSize(drawRect_);
   forgetPicturesInHand();
+  if (preferencesSheet_) preferencesSheet_->loadHelpDocument();
 }
 
 void LumivaneView::listDisplays() {
@@ -71,6 +76,18 @@ void LumivaneView::listDisplays() {
 std::size_t LumivaneView::positionOfDisplay() const {
   const auto found = std::find(allScreenIDs_.begin(), allScreenIDs_.end(), displayID_);
   return found == allScreenIDs_.end() ? 0 : static_cast<std::size_t>(found - allScreenIDs_.begin());
+}
+
+void LumivaneView::editDisplay(std::size_t position) {
+  stopAnimation();
+  saveConfig();
+  displayName_ = allScreenNames_[position];
+  displayID_ = allScreenIDs_[position];
+  mainDirectoryLocation_.reset();
+  loadPreferences(displayName_);
+  loadImageList(displayName_);
+  prefetch_.empty();
+  history_.clearAtNextStore();
 }
 
 void LumivaneView::forgetPicturesInHand() {

@@ -48,10 +48,6 @@ void LumivaneView::displayMessage(const std::optional<std::string>& firstLine,
   refreshTextLayer();
 }
 
-void LumivaneView::printFilename(const std::string& path) {
-  printFilename(path, std::nullopt);
-}
-
 void LumivaneView::printFilename(const std::string& path, const std::optional<std::string>& info) {
   logMessage(loggedFilename(path), false);  // the record of which picture was shown
   displayMessage(shownFilename(path, {settings_.displayFilename_, settings_.showImagePath_,
@@ -60,6 +56,7 @@ void LumivaneView::printFilename(const std::string& path, const std::optional<st
 }
 
 void LumivaneView::displayFilename(const std::string& path, const ImageInfo& info) {
+  informationOf_ = path;
   img_description_ = imageDescription(path, info.caption, info.keywords);
   img_place_.reset();
   if (info.latitude != 0 || info.longitude != 0) {
@@ -69,6 +66,16 @@ void LumivaneView::displayFilename(const std::string& path, const ImageInfo& inf
   img_date_.reset();
   if (info.date) img_date_ = trimmed(*info.date);
   printFilename(path, informationLine(img_description_, img_place_, img_date_));
+}
+
+// What is known of another picture is not told again, and a message that stands where no picture is stays.
+void LumivaneView::refreshTextLines() {
+  if (!filename_.empty() && settings_.showImageInfo_ && informationOf_ == filename_) {
+    printFilename(filename_, informationLine(img_description_, img_place_, img_date_));
+  } else if (!filename_.empty()) {
+    printFilename(filename_);
+  }
+  refreshTextLayer();
 }
 
 void LumivaneView::refreshTextLayer() {

@@ -3,6 +3,7 @@
 #include "collection/ImageListFile.h"
 #include "engine/FormattedText.h"
 #include "engine/LumivaneView.h"
+#include "engine/PreferencesSheet.h"
 #include "platform/DateText.h"
 #include "platform/PrintableText.h"
 #include "settings/DisplayFileName.h"
@@ -32,6 +33,7 @@ void LumivaneView::loadPreferences(const std::string& displayName) {
   const float sinceLastChange = static_cast<float>(settings_.durationPerImage_) - time_offset_;
   lastFrameTime_ = host_.clock.now() - wholeNanoseconds(Seconds{static_cast<double>(sinceLastChange)});
   logMessage(formatted("duration per image = %d", settings_.durationPerImage_), false);
+  if (preferencesSheet_) preferencesSheet_->fillControls();
   settings_.useAlbum_ = false;  // albums cannot be chosen yet, whatever was stored
   helptext_ = std::string(helpText(settings_.enableDeleteAtRuntime_));
 }
@@ -57,6 +59,7 @@ void LumivaneView::loadImageList(const std::string& displayName) {
   imageListPath_ = supportFile(imageListFileName(fileNameToken(displayName)));
   imagefiles_ = lumivane::loadImageList(host_.files, imageListPath_, host_.log);
   abandonPrefetch();
+  if (preferencesSheet_) preferencesSheet_->showNumImages(std::to_string(imagefiles_.size()));
   order_.refill(imagefiles_.size());
 }
 

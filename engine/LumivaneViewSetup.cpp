@@ -2,9 +2,11 @@
 #include <array>
 #include <cstdio>
 
+#include "engine/CollectionScan.h"
 #include "engine/FormattedText.h"
 #include "engine/LumivaneView.h"
 #include "engine/PhotosAuthorizationText.h"
+#include "engine/PreferencesSheet.h"
 
 namespace lumivane {
 namespace {
@@ -26,7 +28,8 @@ LumivaneView::LumivaneView(RectPt frame, const Host& host)
       order_(host.random, host.log),
       history_(host.memory, host.log),
       lastRunRecord_(host.files, host.log),
-      preferences_(host.settings, host.log) {
+      preferences_(host.settings, host.log),
+      collectionScan_(std::make_unique<CollectionScan>(*this, host_)) {
   logBanner(frame);
   makeLayers(frame);
   if (host_.geocoder == nullptr) logMessage("Initializing the geocoder failed!", true);
@@ -37,11 +40,13 @@ LumivaneView::LumivaneView(RectPt frame, const Host& host)
   }
   host_.random.seed(static_cast<std::uint64_t>(host_.clock.now().time_since_epoch().count()));
   setUpPhotoLibrary();
+  if (host_.configureSheet != nullptr) preferencesSheet_ = std::make_unique<PreferencesSheet>(*this, host_);
   prefetch_queue_ = host_.queues.make("LumivanePrefetchQueue");
 }
 
-// The queue's running job may still hold on to the decoder; it ends before anything else goes.
+// The queues' running jobs may still hold on to the decoder and the files; they end before anything else goes.
 LumivaneView::~LumivaneView() {
+  collectionScan_->end();
   prefetch_queue_.reset();
 }
 
@@ -96,6 +101,7 @@ void LumivaneView::makeLayers(RectPt frame) {
 }
 
 void LumivaneView::setUpPhotoLibrary() {
+  collectionScan_->loadAlbums();
   logMessage("Running on macOS 10.13 or higher.", false);
   const AuthorizationText status = photosAuthorizationText(host_.photosAuthorization);
   logMessage("Photos authorization status: " + std::string(status.text), status.isError);
