@@ -16,12 +16,21 @@ constexpr double kTallestLine = 1.5;        // times the font size; fonts that a
 constexpr double kStrongestSqueeze = 0.97;  // nobody sees letters that are narrower by that much
 
 // The beginning of a paragraph, cut between two characters.
-QString beginning(const QString& paragraph) {
-  if (paragraph.size() <= kMaxParagraphUnits) return paragraph;
-  QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, paragraph);
-  characters.setPosition(kMaxParagraphUnits);
-  const qsizetype end = characters.isAtBoundary() ? kMaxParagraphUnits : characters.toPreviousBoundary();
-  return paragraph.left(end > 0 ? end : kMaxParagraphUnits);
+QString beginning(const QString& paragraph, qsizetype most) {
+  if (paragraph.size() <= most) return paragraph;
+  const QString searched = paragraph.left(most + 1);
+  QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, searched);
+  characters.setPosition(most);
+  const qsizetype end = characters.isAtBoundary() ? most : characters.toPreviousBoundary();
+  return paragraph.left(end > 0 ? end : most);
+}
+
+// Enough for the narrowest letters, with some to spare for marks that take no room at all.
+qsizetype unitsIn(double width, double fontSize) {
+  constexpr double kNarrowest = 0.15;  // times the font size
+  constexpr double kSpare = 256;
+  const double units = kSpare + (width > 0 ? width / (kNarrowest * fontSize) : 0);
+  return static_cast<qsizetype>(std::min<double>(kMostUnits, units));
 }
 
 // Only "\n" ends a line here, and what controls a terminal is no character to look at.
@@ -96,7 +105,10 @@ QtTypesetting::QtTypesetting(const QString& text, const TypesettingFonts& fonts,
       mode_(mode),
       box_(box),
       plain_(plainLine(fonts.text)),
-      lineRoom_(std::min(plain_.ascent + plain_.descent, kTallestLine * fonts.text.pixelSize())) {
+      lineRoom_(std::min(plain_.ascent + plain_.descent, kTallestLine * fonts.text.pixelSize())),
+      unitsInParagraph_(
+          unitsIn(mode == LineBreakMode::Clipping ? box.width : box.width * box.height / lineRoom_,
+                  fonts.text.pixelSize())) {
   for (qsizetype start = 0; start <= text.size();) {
     const qsizetype end = text.indexOf(u'\n', start);
     const bool last = end < 0;
@@ -107,7 +119,9 @@ QtTypesetting::QtTypesetting(const QString& text, const TypesettingFonts& fonts,
 
 // Sets the lines that fit below those that are there; says whether the next paragraph may follow.
 bool QtTypesetting::setParagraph(const QString& paragraph, bool last) {
-  QString shaped = beginning(paragraph);
+  if (unitsLeft_ == 0 && !paragraph.isEmpty()) return false;
+  QString shaped = beginning(paragraph, std::min(unitsInParagraph_, unitsLeft_));
+  unitsLeft_ -= shaped.size();
   const bool whole = shaped.size() == paragraph.size();
   std::ranges::replace_if(shaped, isBlank, u' ');
   std::vector<TextRun> emoji = emojiRuns(unitsOf(shaped));

@@ -20,8 +20,9 @@ class QPainter;
 
 namespace lumivane {
 
-// A text of any length is set only as far as it can matter: this much of each paragraph, and no line below the box.
-inline constexpr qsizetype kMaxParagraphUnits = 8192;
+// A text of any length is set only as far as it can matter: as much of each paragraph as may be seen in a line, no line
+// below the box, and never more than this in all.
+inline constexpr qsizetype kMostUnits = 16384;
 
 // Both as makeFont() makes them.
 struct TypesettingFonts {
@@ -61,14 +62,16 @@ class QtTypesetting {
   const TypesettingFonts fonts_;
   const LineBreakMode mode_;
   const SizePt box_;
-  const LineHeight plain_;  // of the font itself, without those that stand in for it
-  const double lineRoom_;   // how much height there must be for another line
+  const LineHeight plain_;            // of the font itself, without those that stand in for it
+  const double lineRoom_;             // how much height there must be for another line
+  const qsizetype unitsInParagraph_;  // more of one is not looked at
 
   std::vector<std::unique_ptr<QTextLayout>> paragraphs_;
   std::vector<Line> lines_;
   double width_ = 0;
   double height_ = 0;
   qsizetype fittingUnits_ = 0;
+  qsizetype unitsLeft_ = kMostUnits;
 };
 
 // A font in its style "Regular" and in a size given in layer points (rounded to whole ones, as Qt does), whatever

@@ -165,7 +165,19 @@ TEST_F(QtTextRendererTest, AnEndlessTextCostsNoMoreThanWhatCanBeSeen) {
   std::string text(6'000'000, 'x');
   text[3'000'000] = '\n';
   EXPECT_EQ(measure(text, wrapping(), {500, 30}).fittingUtf16Units, static_cast<std::size_t>(500 / cell()));
-  EXPECT_LT(measure(text, wrapping(), {1e6, 1e6}).fittingUtf16Units, text.size());
+  EXPECT_LE(measure(text, wrapping(), {1e6, 1e6}).fittingUtf16Units, 20'000U);
+  EXPECT_EQ(measure(text, {}, {500, 24}).size.width, 500);
+  std::string lines;
+  for (int i = 0; i < 100'000; ++i) lines += "xxxxxxxxx\n";
+  EXPECT_LE(measure(lines, {.fontSizePt = 1}, {1e6, 1e6}).fittingUtf16Units, 20'000U);
+}
+
+TEST_F(QtTextRendererTest, TheNarrowestLettersStillFillTheLine) {
+  for (const char* letter : {"i", "l", "ا", ".", "\xE0\xB8\xA5\xE0\xB8\xB4\xE0\xB9\x88"}) {
+    std::string text;
+    for (int i = 0; i < 3000; ++i) text += letter;
+    EXPECT_EQ(measure(text, {}, {1920, 24}).size.width, 1920) << letter;
+  }
 }
 
 TEST_F(QtTextRendererTest, NonsenseSizesDoNoHarm) {
