@@ -4,6 +4,7 @@
 //
 // QT_SCALE_FACTOR says at which scale. On a screen of any size: QT_QPA_PLATFORM=offscreen, or a virtual X server.
 #include <QApplication>
+#include <QListWidget>
 #include <QPalette>
 #include <QScreen>
 #include <QStyleFactory>
@@ -12,6 +13,7 @@
 #include <iostream>
 
 #include "settings/sheet/QtConfigureSheet.h"
+#include "settings/sheet/QtHelpPanel.h"
 #include "tests/support/QtWaiting.h"
 
 namespace lumivane {
@@ -87,6 +89,24 @@ void photographSheet(const QString& folder, const QString& suffix) {
   sheet.end();
 }
 
+struct NoWorkspace final : Workspace {
+  bool openUrl(const std::string& /*url*/) override { return false; }
+};
+
+void photographHelp(const QString& folder, const QString& suffix) {
+  NoWorkspace workspace;
+  QtHelpPanel help([] { return nullptr; }, workspace);
+  if (const auto loaded = help.loadDocument("Help_ReadMe_Changelog_LumivaneApp"); !loaded) {
+    std::cerr << loaded.error() << '\n';
+  }
+  help.orderFront();
+  auto* headings = help.dialog().findChild<QListWidget*>();
+  for (int row = 0; row < headings->count(); row += 2) {
+    headings->setCurrentRow(row);
+    photograph(help.dialog(), QStringLiteral("%1/help-%2%3.png").arg(folder).arg(row / 2 + 1).arg(suffix));
+  }
+}
+
 }  // namespace
 }  // namespace lumivane
 
@@ -98,5 +118,6 @@ int main(int argc, char** argv) {
   const bool dark = arguments.value(2) == "dark";
   if (dark) QApplication::setPalette(lumivane::darkPalette());
   lumivane::photographSheet(arguments[1], dark ? "-dark" : "");
+  lumivane::photographHelp(arguments[1], dark ? "-dark" : "");
   return 0;
 }
