@@ -1,6 +1,7 @@
 #include "platform/linux/QtApplication.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QWindow>
 
 namespace lumivane {
@@ -11,7 +12,12 @@ void QtApplication::terminate() {
   QMetaObject::invokeMethod(
       QCoreApplication::instance(),
       [] {
-        for (QWindow* window : QGuiApplication::topLevelWindows()) window->close();
+        const QWindowList all = QGuiApplication::topLevelWindows();
+        // The close of one may be the end of others.
+        const QList<QPointer<QWindow>> windows(all.begin(), all.end());
+        for (const QPointer<QWindow>& window : windows) {
+          if (window) window->close();
+        }
         QCoreApplication::exit();
       },
       Qt::QueuedConnection);

@@ -1,9 +1,12 @@
 #include "platform/linux/QtApplication.h"
 
+#include <QCloseEvent>
 #include <QCoreApplication>
 #include <QSurfaceFormat>
 #include <QTimer>
 #include <QWindow>
+#include <functional>
+#include <memory>
 
 #include "platform/linux/SlideshowWindow.h"
 
@@ -13,6 +16,21 @@ namespace {
 struct CloseListener final : WindowListener {
   void windowWillClose() override { ++closes; }
   int closes = 0;
+};
+
+// Does something else than to close when it is asked to.
+class Unwilling final : public QWindow {
+ public:
+  explicit Unwilling(std::function<void()> onClose) : onClose_(std::move(onClose)) { setVisible(true); }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override {
+    onClose_();
+    event->ignore();
+  }
+
+ private:
+  const std::function<void()> onClose_;
 };
 
 // Runs the program until it ends; a failure ends it after a while with a number of its own.
@@ -40,6 +58,29 @@ TEST(QtApplicationTest, TerminateClosesTheWindowsAndEndsTheProgram) {
   EXPECT_EQ(one.closes, 1);
   EXPECT_EQ(other.closes, 1);
   EXPECT_FALSE(window.qtWindow().isVisible() || otherWindow.qtWindow().isVisible());
+}
+
+TEST(QtApplicationTest, TerminateEndsTheProgramWhateverItsWindowsWant) {
+  int asked = 0;
+  Unwilling window([&] { ++asked; });
+  QtApplication application;
+  application.terminate();
+  EXPECT_EQ(runProgram(), 0);
+  EXPECT_EQ(asked, 1);
+}
+
+TEST(QtApplicationTest, AWindowMayTakeOthersAlong) {
+  std::unique_ptr<QWindow> first;
+  std::unique_ptr<QWindow> last;
+  Unwilling window([&] {
+    first.reset();
+    last.reset();
+  });
+  first = std::make_unique<QWindow>();
+  last = std::make_unique<QWindow>();
+  QtApplication application;
+  application.terminate();
+  EXPECT_EQ(runProgram(), 0);
 }
 
 TEST(QtApplicationTest, TerminateBeforeTheProgramRunsIsNotLost) {
