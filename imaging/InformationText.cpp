@@ -1,17 +1,29 @@
 #include "imaging/InformationText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
 namespace lumivane {
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
+// All that Unicode counts as white space: the ideographic blank that ends many a Japanese caption, too.
+constexpr std::array<std::string_view, 25> kWhiteSpace = {
+    " ",      "\t",     "\n",     "\v",     "\f",     "\r",     "\u0085", "\u00A0", "\u1680",
+    "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007", "\u2008",
+    "\u2009", "\u200A", "\u2028", "\u2029", "\u202F", "\u205F", "\u3000"};
 constexpr std::string_view kBetween = ". ";
 
 void appendAfterSeparator(std::string& line, std::string_view part) {
   if (!line.empty()) line += kBetween;
   line += part;
+}
+
+// Of the white space that the test finds; 0 = none.
+template <typename Test>
+std::size_t lengthOfBlank(Test test) {
+  const auto* const blank = std::ranges::find_if(kWhiteSpace, test);
+  return blank == kWhiteSpace.end() ? 0 : blank->size();
 }
 
 std::string_view lastComponent(std::string_view path) {
@@ -67,9 +79,11 @@ std::string replaceNonPrintingChars(std::string text) {
 }
 
 std::string trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kWhiteSpace);
-  if (first == std::string_view::npos) return {};
-  return std::string(text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1));
+  const auto begins = [&text](std::string_view blank) { return text.starts_with(blank); };
+  const auto ends = [&text](std::string_view blank) { return text.ends_with(blank); };
+  while (const std::size_t length = lengthOfBlank(begins)) text.remove_prefix(length);
+  while (const std::size_t length = lengthOfBlank(ends)) text.remove_suffix(length);
+  return std::string(text);
 }
 
 std::optional<std::string> imageDescription(std::string_view path, const std::optional<std::string>& caption,

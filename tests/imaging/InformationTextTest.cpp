@@ -45,6 +45,16 @@ TEST(InformationText, blanksControlCharactersButNotTheZero) {
   EXPECT_EQ(replaceNonPrintingChars("gr\xC3\xBC\xC3\x9F"), "gr\xC3\xBC\xC3\x9F");
 }
 
+TEST(InformationText, trimsWhiteSpaceOfAllScripts) {
+  EXPECT_EQ(trimmed(" \t\r\n a b \v\f"), "a b");
+  EXPECT_EQ(trimmed("\xE3\x80\x80\xE6\x9D\xB1 \xE4\xBA\xAC\xC2\xA0\xE2\x80\xA8"),
+            "\xE6\x9D\xB1 \xE4\xBA\xAC");
+  EXPECT_EQ(trimmed("\xE3\x80\x80"), "");
+  EXPECT_EQ(trimmed(""), "");
+  EXPECT_EQ(trimmed(" \xE4\x20\xE4 "), "\xE4 \xE4") << "no UTF-8";
+  EXPECT_EQ(trimmed("\x80\x80"), "\x80\x80");
+}
+
 TEST(InformationText, describesByCaptionAndKeywords) {
   EXPECT_EQ(imageDescription("/p/a.jpg", " At sea \n", " sun, sand "), "At sea. sun, sand");
   EXPECT_EQ(imageDescription("/p/a.jpg", std::nullopt, "sun"), "sun");
