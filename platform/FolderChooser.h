@@ -10,9 +10,9 @@
 namespace lumivane {
 
 struct FolderQuestion {
-  std::string startFolder;   // where the dialog opens; empty = the desktop's choice
-  std::string message;       // shown above the list; empty = none
-  std::string confirmLabel;  // on the button that confirms; empty = the desktop's own
+  std::string startFolder{};   // where the dialog opens; empty = the desktop's choice
+  std::string message{};       // shown above the list; empty = none
+  std::string confirmLabel{};  // on the button that confirms; empty = the desktop's own
 };
 
 struct FolderAnswer {

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QStyle>
 #include <QTimer>
 #include <QWindow>
 #include <utility>
@@ -77,9 +78,12 @@ void DialogOverWindow::parentShown(bool shown) {
 void DialogOverWindow::place() const {
   const QScreen* screen = parent_ != nullptr ? parent_->screen() : QGuiApplication::primaryScreen();
   if (screen == nullptr) return;
-  const QRect room = screen->availableGeometry();
+  // How high the frame will be is not known before it is there.
+  const int frameHeight = dialog_.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  const QRect room = screen->availableGeometry().adjusted(0, 0, 0, -frameHeight);
   const QSize most = (QSizeF(room.size()) * kShareOfDisplay).toSize();
-  if (!dialog_.testAttribute(Qt::WA_Resized)) dialog_.resize(dialog_.sizeHint());
+  const bool wishesSize = !dialog_.testAttribute(Qt::WA_Resized) && dialog_.sizeHint().isValid();
+  if (wishesSize) dialog_.resize(dialog_.sizeHint());
   dialog_.resize(dialog_.size().boundedTo(most));
   QRect frame(QPoint(), dialog_.size());
   frame.moveCenter(parent_ != nullptr ? parent_->geometry().center() : room.center());
@@ -105,9 +109,10 @@ bool DialogOverWindow::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-// Without a window manager, nobody else would.
+// Without a window manager, nobody else would. The window system may not have told yet that the dialog lost them.
 void DialogOverWindow::returnKeys() const {
-  if (dialog_.isVisible() || QGuiApplication::focusWindow() != nullptr) return;
+  const QWindow* focused = QGuiApplication::focusWindow();
+  if (dialog_.isVisible() || (focused != nullptr && focused != dialog_.windowHandle())) return;
   QWindow* front = windowInFront();
   if (front != nullptr && front->isVisible()) front->requestActivate();
 }

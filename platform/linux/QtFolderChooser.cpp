@@ -1,0 +1,118 @@
+#include "platform/linux/QtFolderChooser.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QLabel>
+#include <QTimer>
+#include <QUrl>
+#include <utility>
+#include <vector>
+
+#include "platform/linux/FileUri.h"
+
+namespace lumivane {
+namespace {
+
+constexpr long kConfirmed = 1;
+
+QString qtText(const std::string& utf8) {
+  return QString::fromStdString(utf8);
+}
+
+// By way of an address, which holds every byte of a path that a QString would lose.
+QUrl urlOf(const std::string& folder) {
+  const std::optional<std::string> uri = fileUri(folder);
+  return uri ? QUrl::fromEncoded(QByteArray::fromStdString(*uri)) : QUrl();
+}
+
+std::string pathOf(const QUrl& url) {
+  if (!url.isLocalFile()) return {};
+  return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+}
+
+// The dialog's own parts move down by one row, all of them as they were.
+void showAbove(QFileDialog& dialog, const QString& message) {
+  auto* grid = qobject_cast<QGridLayout*>(dialog.layout());
+  if (grid == nullptr) return;
+  struct Part {
+    QLayoutItem* item;
+    int row, column, rows, columns;
+  };
+  std::vector<Part> parts;
+  const int columns = grid->columnCount();
+  while (grid->count() > 0) {
+    Part part{};
+    grid->getItemPosition(0, &part.row, &part.column, &part.rows, &part.columns);
+    part.item = grid->takeAt(0);
+    parts.push_back(part);
+  }
+  for (const Part& part : parts) grid->addItem(part.item, part.row + 1, part.column, part.rows, part.columns);
+  auto* label = new QLabel(message);
+  label->setTextFormat(Qt::PlainText);  // names of folders may look like mark-up
+  label->setWordWrap(true);
+  grid->addWidget(label, 0, 0, 1, columns);
+}
+
+void prepare(QFileDialog& dialog, const FolderQuestion& question) {
+  dialog.setWindowModality(Qt::WindowModal);
+  dialog.setWindowTitle(QFileDialog::tr("Choose a Folder"));
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  if (!question.confirmLabel.empty()) {
+    dialog.setLabelText(QFileDialog::Accept, qtText(question.confirmLabel));
+  }
+  if (!question.message.empty()) {
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    showAbove(dialog, qtText(question.message));
+  }
+  const QUrl start = urlOf(question.startFolder);
+  if (QFileInfo(start.toLocalFile()).isDir()) dialog.setDirectoryUrl(start);
+}
+
+}  // namespace
+
+struct QtFolderChooser::OpenQuestion {
+  OpenQuestion(const FolderQuestion& question, Completion toTell, const WindowSource& window)
+      : completion(std::move(toTell)), overWindow(dialog, window) {
+    prepare(dialog, question);
+  }
+
+  Completion completion;
+  QFileDialog dialog;
+  DialogOverWindow overWindow;
+};
+
+QtFolderChooser::QtFolderChooser(WindowSource window) : window_(std::move(window)) {}
+QtFolderChooser::~QtFolderChooser() = default;
+
+void QtFolderChooser::choose(const FolderQuestion& question, Completion completion) {
+  waiting_.emplace_back(question, std::move(completion));
+  if (open_ == nullptr) QTimer::singleShot(0, &receiver_, [this] { askNext(); });
+}
+
+void QtFolderChooser::askNext() {
+  if (open_ != nullptr || waiting_.empty()) return;
+  auto [question, completion] = std::move(waiting_.front());
+  waiting_.pop_front();
+  open_ = std::make_unique<OpenQuestion>(question, std::move(completion), window_);
+  QObject::connect(&open_->dialog, &QDialog::finished, &receiver_, [this](int result) {
+    // By way of the loop: the dialog is still at it.
+    QTimer::singleShot(0, &receiver_, [this, result] { closed(result == QDialog::Accepted); });
+  });
+  open_->overWindow.whenWindowGoes([this] { open_->dialog.reject(); });
+  open_->overWindow.show();
+}
+
+void QtFolderChooser::closed(bool confirmed) {
+  FolderAnswer answer;
+  const QList<QUrl> chosen = open_->dialog.selectedUrls();
+  if (!chosen.isEmpty()) answer.folder = pathOf(chosen.first());
+  if (confirmed && !answer.folder.empty()) answer.response = kConfirmed;
+  const Completion completion = std::move(open_->completion);
+  open_.reset();
+  if (!waiting_.empty()) QTimer::singleShot(0, &receiver_, [this] { askNext(); });
+  completion(answer);
+}
+
+}  // namespace lumivane

@@ -1,0 +1,38 @@
+// The folder dialog of the desktop, or Qt's own where the desktop has none, and for questions with a message: the
+// desktops' dialogs show none.
+//
+// Qt's own dialog keeps the last folder and its places in ~/.config/QtProject.conf, as in every program with Qt.
+//
+// Threads: as in FolderChooser.h; made after QApplication.
+// Owns:    the dialog, and the questions that wait. Those that are open when it ends are not answered any more.
+// Errors:  as in FolderChooser.h. A place that is no folder of this machine counts as dismissed.
+#pragma once
+
+#include <QObject>
+#include <deque>
+#include <memory>
+
+#include "platform/FolderChooser.h"
+#include "platform/widgets/DialogOverWindow.h"
+
+namespace lumivane {
+
+class QtFolderChooser final : public FolderChooser {
+ public:
+  explicit QtFolderChooser(WindowSource window);
+  ~QtFolderChooser() override;
+  void choose(const FolderQuestion& question, Completion completion) override;
+
+ private:
+  struct OpenQuestion;
+
+  void askNext();
+  void closed(bool confirmed);
+
+  const WindowSource window_;
+  std::deque<std::pair<FolderQuestion, Completion>> waiting_;
+  std::unique_ptr<OpenQuestion> open_;
+  QObject receiver_;  // last: nothing comes once it is gone
+};
+
+}  // namespace lumivane
