@@ -1,0 +1,13 @@
+#include "platform/linux/ProgramFolder.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace lumivane {
+
+std::string programFolder() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+}
+
+}  // namespace lumivane
