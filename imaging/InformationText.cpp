@@ -101,6 +101,11 @@ std::string coordinatesText(double latitude, double longitude) {
   return text.data();
 }
 
+std::string placeName(const Placemark& place) {
+  const std::string country = place.country.value_or("(null)");
+  return place.locality ? *place.locality + ", " + country : country;
+}
+
 std::string informationLine(const std::optional<std::string>& description,
                             const std::optional<std::string>& place, const std::optional<std::string>& date) {
   std::string line = description.value_or("");

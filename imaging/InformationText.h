@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "imaging/Geocoder.h"
+
 namespace lumivane {
 
 // Which parts of its path name a picture on the screen.
@@ -41,6 +43,9 @@ struct FilenameDisplay {
                                                           const std::optional<std::string>& keywords);
 // "GPS: +11.58 +48.14": the longitude first, on purpose.
 [[nodiscard]] std::string coordinatesText(double latitude, double longitude);
+
+// "Munich, Germany", or the country alone where no town is known; "(null)" for a country that is missing.
+[[nodiscard]] std::string placeName(const Placemark& place);
 
 // Description, place and date, those that are there, with ". " between them.
 [[nodiscard]] std::string informationLine(const std::optional<std::string>& description,

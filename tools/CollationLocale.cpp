@@ -1,15 +1,11 @@
 #include "tools/CollationLocale.h"
 
+#include "platform/linux/UserLocale.h"
+
 namespace lumivane {
 
 std::string collationLocale(const Environment& environment) {
-  for (const char* variable : {"LC_ALL", "LC_COLLATE", "LANG"}) {
-    const std::string locale = valueOf(environment, variable);
-    if (locale.empty()) continue;
-    std::string language = locale.substr(0, locale.find_first_of(".@"));
-    return language == "C" || language == "POSIX" ? std::string() : language;
-  }
-  return {};
+  return userLocale(environment, "LC_COLLATE");
 }
 
 }  // namespace lumivane

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "platform/PrintableText.h"
@@ -40,6 +41,34 @@ std::string sizeText(int width, int height) {
   return std::to_string(width) + " x " + std::to_string(height);
 }
 
+std::optional<std::string> placeOf(const ImageInfo& info, const PlaceLookup& placeAt) {
+  if (info.latitude == 0 && info.longitude == 0) return std::nullopt;
+  const Result<Placemark> place = placeAt(info.latitude, info.longitude);
+  return place ? std::optional(placeName(place.value())) : std::nullopt;
+}
+
+// The show knows pictures by their absolute paths.
+std::string absolutePath(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path absolute = std::filesystem::absolute(path, error);
+  return error ? path : absolute.lexically_normal().string();
+}
+
+// As the show has them once the place is known.
+std::vector<std::string> linesFor(const InspectedPicture& picture, const InspectRules& rules) {
+  const std::string path = absolutePath(picture.path);
+  std::vector<std::string> lines{shownFilename(path, rules.filename)};
+  if (!rules.showImageInfo || !picture.info) return lines;
+  const ImageInfo& info = *picture.info;
+  std::optional<std::string> place = picture.place;
+  if (!place && (info.latitude != 0 || info.longitude != 0))
+    place = coordinatesText(info.latitude, info.longitude);
+  const std::string line = informationLine(imageDescription(path, info.caption, info.keywords), place,
+                                           info.date ? std::optional(trimmed(*info.date)) : std::nullopt);
+  if (!line.empty()) lines.push_back(line);
+  return lines;
+}
+
 void addLine(std::string& block, std::string_view label, const std::string& value) {
   constexpr std::size_t kColumn = 14;
   block += "  " + std::string(label) + std::string(kColumn - label.size(), ' ') + printable(value) + "\n";
@@ -47,7 +76,8 @@ void addLine(std::string& block, std::string_view label, const std::string& valu
 
 }  // namespace
 
-InspectedPicture inspectPicture(ImageDecoder& decoder, const std::string& path, const InspectRules& rules) {
+InspectedPicture inspectPicture(ImageDecoder& decoder, const std::string& path, const InspectRules& rules,
+                                const PlaceLookup& placeAt) {
   InspectedPicture picture;
   picture.path = path;
   const LoadOutcome outcome = loadPicture(decoder, path, {rules.excludeSize, path});
@@ -62,8 +92,10 @@ InspectedPicture inspectPicture(ImageDecoder& decoder, const std::string& path, 
     if (source) properties = propertiesOf(*source);
   }
   if (!properties) return picture;
-  picture.info = getImageInfosFrom(path, *properties, rules.displayFilename);
+  picture.info = getImageInfosFrom(path, *properties, rules.filename.displayFilename);
   picture.hasPosition = properties->gps && properties->gps->latitude && properties->gps->longitude;
+  picture.place = placeOf(*picture.info, placeAt);
+  if (picture.accepted()) picture.infoLines = linesFor(picture, rules);
   return picture;
 }
 
@@ -84,9 +116,11 @@ std::string jsonLine(const InspectedPicture& picture) {
   object["orientation"] = ifKnown(info.orientation);
   object["latitude"] = ifPlaced(info.latitude);
   object["longitude"] = ifPlaced(info.longitude);
+  object["place"] = orNull(picture.place);
   object["keywords"] = orNull(info.keywords);
   object["caption"] = orNull(info.caption);
   object["date"] = orNull(info.date);
+  object["infoLines"] = picture.infoLines;
   object["decodedWidth"] = ifAccepted(&SizePx::width);
   object["decodedHeight"] = ifAccepted(&SizePx::height);
   return object.dump(-1, ' ', false, Json::error_handler_t::replace);
@@ -103,9 +137,13 @@ std::string readableBlock(const InspectedPicture& picture) {
     addLine(block, "orientation", std::to_string(info.orientation));
     if (picture.hasPosition)
       addLine(block, "position", degrees(info.latitude) + ", " + degrees(info.longitude));
+    if (picture.place) addLine(block, "place", *picture.place);
     if (info.keywords) addLine(block, "keywords", *info.keywords);
     if (info.caption) addLine(block, "caption", *info.caption);
     if (info.date) addLine(block, "date", *info.date);
+  }
+  for (const std::string& line : picture.infoLines) {
+    addLine(block, &line == &picture.infoLines.front() ? "on screen" : "", line);
   }
   if (picture.accepted()) {
     const SizePx size = picture.image->displaySize();

@@ -1,6 +1,8 @@
 #include "tools/Tool.h"
 
 #include "platform/PrintableText.h"
+#include "platform/linux/ProgramFolder.h"
+#include "platform/linux/UserLocale.h"
 #include "settings/DisplayIdentity.h"
 
 namespace lumivane {
@@ -38,6 +40,11 @@ std::string displayNameFor(const Tool& tool, const Arguments& arguments) {
   tool.err << "lumivane: no display server can be reached; the display's name is taken to be \""
            << kUnknownDisplayName << "\"\n";
   return kUnknownDisplayName;
+}
+
+Result<Gazetteer> openGazetteer(const Environment& environment) {
+  return Gazetteer::open(placesPath(programFolder(), valueOf(environment, "LUMIVANE_PLACES")),
+                         userLocale(environment, "LC_MESSAGES"));
 }
 
 }  // namespace lumivane

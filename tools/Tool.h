@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "imaging/places/Gazetteer.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/UserFolders.h"
@@ -57,10 +58,15 @@ ExitStatus badUsage(const Tool& tool, std::string_view problem);
 // error, where there is none.
 [[nodiscard]] std::string displayNameFor(const Tool& tool, const Arguments& arguments);
 
+// The names of places, countries in the user's language. LUMIVANE_PLACES in the environment names another file than
+// the one that came with the program.
+[[nodiscard]] Result<Gazetteer> openGazetteer(const Environment& environment);
+
 // The commands. `words` are those after the command's own name.
 ExitStatus collectCommand(const Tool& tool, const std::vector<std::string>& words);
 ExitStatus albumsCommand(const Tool& tool, const std::vector<std::string>& words);
 ExitStatus inspectCommand(const Tool& tool, const std::vector<std::string>& words);
+ExitStatus placeCommand(const Tool& tool, const std::vector<std::string>& words);
 ExitStatus settingsCommand(const Tool& tool, const std::vector<std::string>& words);
 ExitStatus displaysCommand(const Tool& tool, const std::vector<std::string>& words);
 

@@ -22,6 +22,7 @@ constexpr std::string_view kHelp =
     "  collect   find the pictures of a folder and keep them for a display\n"
     "  albums    list the albums of a photo library\n"
     "  inspect   say what the slideshow makes of pictures\n"
+    "  place     name the place at a position\n"
     "  settings  list, read and write the settings of a display\n"
     "  displays  list the attached displays\n"
     "\n"
@@ -31,11 +32,9 @@ struct Command {
   std::string_view name;
   ExitStatus (*run)(const Tool&, const std::vector<std::string>&);
 };
-constexpr Command kCommands[] = {{"collect", collectCommand},
-                                 {"albums", albumsCommand},
-                                 {"inspect", inspectCommand},
-                                 {"settings", settingsCommand},
-                                 {"displays", displaysCommand}};
+constexpr Command kCommands[] = {{"collect", collectCommand},   {"albums", albumsCommand},
+                                 {"inspect", inspectCommand},   {"place", placeCommand},
+                                 {"settings", settingsCommand}, {"displays", displaysCommand}};
 
 ExitStatus runCommand(const Tool& tool, const std::vector<std::string>& words) {
   if (words.empty()) return badUsage(tool, "which command?");

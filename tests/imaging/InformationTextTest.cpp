@@ -73,6 +73,12 @@ TEST(InformationText, namesTheLongitudeFirst) {
   EXPECT_EQ(coordinatesText(-33.856, -151.2), "GPS: -151.20 -33.86");
 }
 
+TEST(InformationText, namesTheTownBeforeTheCountry) {
+  EXPECT_EQ(placeName({"Munich", "Germany"}), "Munich, Germany");
+  EXPECT_EQ(placeName({std::nullopt, "Germany"}), "Germany");
+  EXPECT_EQ(placeName({"Munich", std::nullopt}), "Munich, (null)");
+}
+
 TEST(InformationText, joinsWhatIsThere) {
   EXPECT_EQ(informationLine("x", "y", "z"), "x. y. z");
   EXPECT_EQ(informationLine(std::nullopt, "y", std::nullopt), "y");

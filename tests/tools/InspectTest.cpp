@@ -33,8 +33,9 @@ TEST_F(Inspect, TellsInJsonWhatBecomesOfEachPicture) {
   ASSERT_EQ(all.size(), 3U);
   EXPECT_EQ(all[0],
             Json::parse(R"({"path": ")" + p + R"(/a.png", "accepted": true, "reason": null, "width": 640,
-    "height": 480, "orientation": 1, "latitude": null, "longitude": null, "keywords": null, "caption": null,
-    "date": null, "decodedWidth": 640, "decodedHeight": 480})"));
+    "height": 480, "orientation": 1, "latitude": null, "longitude": null, "place": null, "keywords": null, "caption": null,
+    "date": null, "infoLines": [")" +
+                        p + R"(/a.png"], "decodedWidth": 640, "decodedHeight": 480})"));
   EXPECT_EQ(all[1]["accepted"], false);
   EXPECT_EQ(all[1]["reason"], "Image smaller than 300 pixels: " + p + "/small.jpg");
   EXPECT_EQ(all[1]["width"], 400);

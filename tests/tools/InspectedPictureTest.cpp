@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "platform/PrintableText.h"
@@ -46,18 +47,26 @@ class InspectedPictureTest : public testing::Test {
     decoder_.properties.orientation = 6;
   }
   [[nodiscard]] InspectedPicture inspect(std::uint32_t excludeSize = 300) {
-    return inspectPicture(decoder_, "/p/a.jpg", {excludeSize, true});
+    rules_.excludeSize = excludeSize;
+    return inspectPicture(decoder_, "/p/a.jpg", rules_, placeAt_);
   }
 
   OnePictureDecoder decoder_;
+  InspectRules rules_;
+  Result<Placemark> place_ = Error{"no place within 150 km"};
+  int placeRequests_ = 0;
+  const PlaceLookup placeAt_ = [this](double, double) {
+    ++placeRequests_;
+    return place_;
+  };
 };
 
 TEST_F(InspectedPictureTest, AnAcceptedPictureTellsItsSizes) {
   const Json json = Json::parse(jsonLine(inspect()));
   EXPECT_EQ(json,
             Json::parse(R"({"path": "/p/a.jpg", "accepted": true, "reason": null, "width": 800, "height": 600,
-    "orientation": 6, "latitude": null, "longitude": null, "keywords": null, "caption": null, "date": null,
-    "decodedWidth": 6, "decodedHeight": 8})"));
+    "orientation": 6, "latitude": null, "longitude": null, "place": null, "keywords": null, "caption": null,
+    "date": null, "infoLines": ["/p/a.jpg"], "decodedWidth": 6, "decodedHeight": 8})"));
 }
 
 TEST_F(InspectedPictureTest, ARefusedPictureStillTellsWhatItIs) {
@@ -102,9 +111,39 @@ TEST_F(InspectedPictureTest, HalfAPositionIsNone) {
   EXPECT_TRUE(json["longitude"].is_null());
 }
 
+TEST_F(InspectedPictureTest, ThePlaceStandsForTheCoordinates) {
+  decoder_.properties.gps = GpsDictionary{48.1, 11.5, "N", "E"};
+  EXPECT_EQ(inspect().place, std::nullopt);
+  EXPECT_THAT(inspect().infoLines, testing::ElementsAre("/p/a.jpg", "GPS: +11.50 +48.10"));
+  place_ = Placemark{"Munich", "Germany"};
+  EXPECT_EQ(inspect().place, "Munich, Germany");
+  EXPECT_THAT(inspect().infoLines, testing::ElementsAre("/p/a.jpg", "Munich, Germany"));
+  EXPECT_EQ(Json::parse(jsonLine(inspect()))["place"], "Munich, Germany");
+  rules_.showImageInfo = false;
+  EXPECT_THAT(inspect().infoLines, testing::ElementsAre("/p/a.jpg"));
+}
+
+TEST_F(InspectedPictureTest, WithoutAPositionNobodyIsAsked) {
+  place_ = Placemark{"Munich", "Germany"};
+  EXPECT_EQ(inspect().place, std::nullopt);
+  decoder_.properties.gps = GpsDictionary{0, 0, "N", "E"};
+  EXPECT_EQ(inspect().place, std::nullopt);
+  EXPECT_EQ(placeRequests_, 0);
+}
+
+TEST_F(InspectedPictureTest, APictureThatIsNotShownHasNoLines) {
+  EXPECT_TRUE(inspect(700).infoLines.empty());
+  EXPECT_EQ(Json::parse(jsonLine(inspect(700)))["infoLines"], Json::array());
+}
+
+TEST_F(InspectedPictureTest, TheFirstLineIsOfTheAbsolutePath) {
+  const std::string here = std::filesystem::current_path().string();
+  EXPECT_EQ(inspectPicture(decoder_, "./b/../a.jpg", rules_, placeAt_).infoLines.at(0), here + "/a.jpg");
+}
+
 TEST_F(InspectedPictureTest, AnyBytesGiveValidJson) {
   decoder_.properties.exifDateTimeOriginal = "\xFF\"\n";
-  const InspectedPicture picture = inspectPicture(decoder_, "/p/\xE9.jpg", {300, true});
+  const InspectedPicture picture = inspectPicture(decoder_, "/p/\xE9.jpg", rules_, placeAt_);
   const Json json = Json::parse(jsonLine(picture));
   EXPECT_EQ(json["path"], "/p/\\xE9.jpg");
   EXPECT_TRUE(isValidUtf8(json["date"].get<std::string>()));
