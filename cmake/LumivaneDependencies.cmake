@@ -20,7 +20,7 @@ pkg_check_modules(CANBERRA REQUIRED IMPORTED_TARGET libcanberra)
 pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 
 if(LUMIVANE_DESKTOP)
-  pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig)
+  pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig freetype2)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets)
 endif()
 

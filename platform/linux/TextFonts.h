@@ -1,5 +1,6 @@
-// Which fonts text is set in. The rule: Andale Mono where it is installed, else what fontconfig answers for
-// "monospace", as long as that is a font of fixed width.
+// Which fonts text is set in. The rule: Andale Mono where it is installed, else the first of fixed width among
+// fontconfig's answers for "monospace". The very first answer is not always one: for some languages it is whatever font
+// has their script.
 //
 // Threads: main only.
 // Errors:  an empty name = there is no such font.

@@ -60,6 +60,28 @@ TEST_F(TextFontsTest, whatTheDesktopUsesForFixedWidthStandsIn) {
   EXPECT_EQ(chosen(), (TextFonts{"DejaVu Sans Mono", "DejaVu Sans", ""}));
 }
 
+TEST_F(TextFontsTest, anAnswerOfMixedWidthsIsPassedOver) {
+  configure(alias("monospace", "DejaVu Sans"));
+  install("DejaVu Sans");
+  install("DejaVu Sans Mono");
+  EXPECT_EQ(chosen().fixedWidth, "DejaVu Sans Mono");
+}
+
+// Fontconfig does not count it as one of fixed width: the characters of East Asia are twice as wide as letters.
+TEST_F(TextFontsTest, aFontOfTwoWidthsStandsInWhereTheDesktopPrefersIt) {
+  configure(alias("monospace", "Noto Sans Mono CJK JP"));
+  install("DejaVu Sans Mono");
+  install("Noto Sans Mono CJK JP");
+  EXPECT_EQ(chosen().fixedWidth, "Noto Sans Mono CJK JP");
+}
+
+TEST_F(TextFontsTest, aFontWithoutLettersDoesNotStandIn) {
+  configure(alias("monospace", "Noto Color Emoji"));
+  install("Noto Color Emoji");
+  EXPECT_EQ(chosen().fixedWidth, "");
+  EXPECT_EQ(chosen().emoji, "Noto Color Emoji");
+}
+
 TEST_F(TextFontsTest, theWantedFontIsTakenWhereItIs) {
   configure(alias("monospace", "DejaVu Sans Mono") +
             R"(<match target="scan"><test name="family"><string>DejaVu Sans Mono</string></test>)"
