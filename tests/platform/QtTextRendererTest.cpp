@@ -28,7 +28,7 @@ class QtTextRendererTest : public ::testing::Test {
   }
 
   RecordingLog log_;
-  QtTextRenderer renderer_{log_};
+  QtTextRenderer renderer_{log_, kTestFonts};
 };
 
 TEST_F(QtTextRendererTest, CharactersAreOfOneWidth) {

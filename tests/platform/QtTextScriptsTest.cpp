@@ -31,7 +31,7 @@ class QtTextScriptsTest : public testing::Test {
   }
 
   RecordingLog log_;
-  QtTextRenderer renderer_{log_};
+  QtTextRenderer renderer_{log_, kTestFonts};
 };
 
 const std::vector<std::string> kScripts = {
@@ -97,7 +97,6 @@ TEST_F(QtTextScriptsTest, theLastCharacterOfALineThatFitsIsOnTheScreen) {
 }
 
 TEST_F(QtTextScriptsTest, emojiAreColouredAndOneEach) {
-  ASSERT_FALSE(chooseTextFonts().emoji.empty()) << "a coloured font is needed, as fonts-noto-color-emoji has";
   const double one = widthOf("🦊");
   for (const char* emoji : {"😀", "❤️", "☀️", "👩‍🚀", "🏳️‍🌈", "🇩🇪", "👍🏽",
                             "1️⃣", "✈️", "🏴󠁧󠁢󠁥󠁮󠁧󠁿"}) {
@@ -117,7 +116,7 @@ TEST_F(QtTextScriptsTest, emojiLeaveTheTextAroundThemAsItIs) {
 
 // Where the font of fixed width has no glyph, the desktop's usual font comes first, not just any that has one.
 TEST_F(QtTextScriptsTest, aCharacterThatIsMissingComesFromTheUsualFont) {
-  const QtTextRenderer usual(log_, {chooseTextFonts().proportional, "", ""});
+  const QtTextRenderer usual(log_, {kTestFonts.proportional, "", ""});
   EXPECT_NEAR(widthOf("Ǻ"), usual.measure("Ǻ", {}, {1e5, 100}).size.width, kNear);
 }
 
@@ -155,6 +154,18 @@ TEST_F(QtTextScriptsTest, linesAreNeverCloserThanThoseOfThePlainFont) {
   for (const std::string& text : kScripts) EXPECT_GE(heightOf(text), heightOf("x") - kNear) << text;
   for (const char* text : {"हिन्दी", "😀", "শরৎ", "한", "ש"})
     EXPECT_GE(heightOf(text), heightOf("x") - kNear) << text;
+}
+
+TEST_F(QtTextScriptsTest, nonsensicalFontSizesTakeNoMoreMemoryThanTheScreen) {
+  Layer layer;
+  LayerText shown;
+  for (const double fontSize : {0.0, 1.0, 900.0, 10'000.0, 4'294'967'295.0}) {
+    shown.set(layer, renderer_, {kScripts.front() + "\n" + kScripts.back(), fontSize, {960, 540}, true, true},
+              2);
+    const SizePx pixels = layer.properties().contents->storedSize();
+    EXPECT_LE(pixels.width, 1920) << fontSize;
+    EXPECT_LE(pixels.height, 1080) << fontSize;
+  }
 }
 
 }  // namespace

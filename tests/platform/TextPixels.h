@@ -5,8 +5,12 @@
 #include <cstddef>
 
 #include "compositor/model/Bitmap.h"
+#include "platform/linux/TextFonts.h"
 
 namespace lumivane {
+
+// Figures hold for these, whatever the language of the desktop that the tests are run on.
+inline const TextFonts kTestFonts{"DejaVu Sans Mono", "DejaVu Sans", "Noto Color Emoji"};
 
 struct Pixel {
   int red = 0, green = 0, blue = 0, alpha = 0;
