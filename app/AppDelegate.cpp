@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "engine/PreferencesSheet.h"
 #include "platform/linux/QtGlContext.h"
 
 namespace lumivane {
@@ -57,6 +58,7 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
   view.setScreensaverSurrogateMode(flags_.surrogate);
   launcher_.writeAliveFile(host_.clock.wallTime());
   if (flags_.surrogate) startSurrogateMode();
+  helpTheFirstStart();
   return Done{};
 }
 
@@ -73,6 +75,12 @@ void AppDelegate::openWindow(const QSurfaceFormat& format) {
 void AppDelegate::startSurrogateMode() {
   pointer_->hideForGood();
   sleepNotes_.observe([this] { host_.application.terminate(); });
+}
+
+// Nobody has to find the menu by luck before there is a picture to see.
+void AppDelegate::helpTheFirstStart() {
+  if (flags_.surrogate || masterViewController_.saver().hasFolder()) return;
+  host_.mainLoop.post([this] { masterViewController_.showPreferences(); });
 }
 
 void AppDelegate::endOfTurn() {
@@ -187,6 +195,11 @@ void AppDelegate::mouseMoved(PointPt /*position*/) {
 void AppDelegate::menuRequested(PointPt position) {
   if (flags_.surrogate && window_->isFullScreen()) return host_.application.terminate();
   menu_->popUp(position, window_->isFullScreen());
+}
+
+void AppDelegate::folderDropped(const std::string& folder) {
+  PreferencesSheet* sheet = masterViewController_.saver().preferencesSheet();
+  if (sheet != nullptr) sheet->folderDropped(folder);
 }
 
 }  // namespace lumivane

@@ -50,6 +50,7 @@ class AppDelegate final : public WindowListener {
   void modifiersChanged(Modifiers held) override;
   void mouseMoved(PointPt position) override;
   void menuRequested(PointPt position) override;
+  void folderDropped(const std::string& folder) override;
 
   // The slideshow's window, for what opens over it; nullptr before the start.
   [[nodiscard]] SlideshowWindow* window() { return window_.get(); }
@@ -60,6 +61,7 @@ class AppDelegate final : public WindowListener {
   void endOfTurn();
   [[nodiscard]] bool isWatched() const;
   void perform(MenuCommand command);
+  void helpTheFirstStart();
   void rememberPlace();
   void moveToDisplay(DisplayNumber display);
   void setAnimating(bool animating);

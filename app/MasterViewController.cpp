@@ -1,5 +1,7 @@
 #include "app/MasterViewController.h"
 
+#include "engine/PreferencesSheet.h"
+
 namespace lumivane {
 namespace {
 
@@ -36,7 +38,9 @@ void MasterViewController::mouseMoved() {
 }
 
 void MasterViewController::showPreferences() {
-  if (host_.configureSheet != nullptr) host_.configureSheet->begin();
+  if (saver_->preferencesSheet() == nullptr) return;
+  saver_->preferencesSheet()->beginSheet(
+      [&log = host_.log] { log.information("showPreferences completionHandler called"); });
 }
 
 void MasterViewController::showHelp() {

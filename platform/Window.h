@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "platform/Displays.h"
@@ -71,6 +72,9 @@ class WindowListener {
   virtual void mouseDoubleClicked(PointPt /*position*/) {}
   // Right click, menu key or F10: the place where a menu should open, in points of the content, y up.
   virtual void menuRequested(PointPt /*position*/) {}
+
+  // The user dropped a folder on the window, or a file of that folder. The path is absolute.
+  virtual void folderDropped(const std::string& /*folder*/) {}
 
   // The user or the session asks the window to close; it closes right after this call.
   virtual void windowWillClose() {}

@@ -1,11 +1,17 @@
 #include "platform/linux/NativeWindow.h"
 
+#include <QDropEvent>
 #include <QExposeEvent>
+#include <QFile>
+#include <QFileInfo>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPlatformSurfaceEvent>
 #include <QScreen>
+#include <QUrl>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include "platform/linux/QtDisplays.h"
@@ -23,6 +29,16 @@ constexpr double kUsualRefresh = 60;   // Hz
 Nanoseconds refreshIntervalOf(const QScreen* screen) {
   const double rate = screen == nullptr ? 0 : screen->refreshRate();
   return wholeNanoseconds(Seconds(1 / (rate >= kSlowestRefresh ? rate : kUsualRefresh)));
+}
+
+// The folder itself, or the one that a dropped file lies in; of several the first.
+std::optional<std::string> droppedFolder(const QDropEvent& event) {
+  const QMimeData* data = event.mimeData();
+  if (data == nullptr || data->urls().isEmpty() || !data->urls().first().isLocalFile()) return std::nullopt;
+  const QFileInfo dropped(data->urls().first().toLocalFile());
+  if (!dropped.exists()) return std::nullopt;
+  const QString folder = dropped.isDir() ? dropped.absoluteFilePath() : dropped.absolutePath();
+  return QFile::encodeName(folder).toStdString();
 }
 
 bool opensMenu(const QKeyEvent& event) {
@@ -74,10 +90,27 @@ bool SlideshowWindow::NativeWindow::event(QEvent* event) {
     case QEvent::Enter:
       mouse_.forget();
       break;
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+      considerDrop(*static_cast<QDropEvent*>(event));
+      return true;
+    case QEvent::Drop:
+      takeDrop(*static_cast<QDropEvent*>(event));
+      return true;
     default:
       break;
   }
   return QWindow::event(event);
+}
+
+void SlideshowWindow::NativeWindow::considerDrop(QDropEvent& event) {
+  event.setDropAction(Qt::LinkAction);  // nothing is moved or copied
+  event.setAccepted(droppedFolder(event).has_value());
+}
+
+void SlideshowWindow::NativeWindow::takeDrop(QDropEvent& event) {
+  considerDrop(event);
+  if (const auto folder = droppedFolder(event)) listener_.folderDropped(*folder);
 }
 
 void SlideshowWindow::NativeWindow::closing() {

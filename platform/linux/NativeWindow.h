@@ -13,6 +13,8 @@
 #include "platform/linux/SlideshowWindow.h"
 #include "platform/linux/WindowSurfaceState.h"
 
+class QDropEvent;
+
 namespace lumivane {
 
 class SlideshowWindow::NativeWindow final : public QWindow {
@@ -34,6 +36,8 @@ class SlideshowWindow::NativeWindow final : public QWindow {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
+  void considerDrop(QDropEvent& event);
+  void takeDrop(QDropEvent& event);
   void closing();
   void surfaceComesOrGoes(bool there);
   void statesChanged(Qt::WindowStates states);

@@ -1,0 +1,84 @@
+#include "app/Desktop.h"
+
+#include <QSysInfo>
+#include <QVersionNumber>
+
+#include "app/Version.h"
+#include "collection/SkipPatterns.h"
+#include "platform/linux/ProgramFolder.h"
+#include "platform/linux/UserLocale.h"
+#include "platform/linux/XdgUserFolders.h"
+
+namespace lumivane {
+namespace {
+
+SystemVersion systemVersion() {
+  const QVersionNumber version = QVersionNumber::fromString(QSysInfo::productVersion());
+  return {version.majorVersion(), version.minorVersion(), version.microVersion()};
+}
+
+std::optional<PatternFault> firstFault(const std::string& patterns) {
+  const std::optional<SkipPatternFault> fault = firstSkipPatternFault(patterns);
+  if (!fault) return std::nullopt;
+  return PatternFault{fault->line, fault->reason};
+}
+
+}  // namespace
+
+Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, const WindowSource& window)
+    : clock_(clock),
+      log_(log),
+      mainLoop_(log),
+      queues_(log),
+      folders_(xdgUserFolders(environment, files_)),
+      locale_(userLocale(environment, "LC_COLLATE")),
+      settings_(files_, log, folders_.config),
+      photoLibrary_(valueOf(environment, "LUMIVANE_PHOTOS_LIBRARY"), folders_.pictures, locale_),
+      displayRegistry_(files_, connectorsOf(windowSystemDisplays_.attached())),
+      displays_(windowSystemDisplays_, displayRegistry_, log),
+      geocoder_(OfflineGeocoder::open(placesPath(programFolder(), valueOf(environment, "LUMIVANE_PLACES")),
+                                      userLocale(environment, "LC_MESSAGES"), mainLoop_)),
+      text_(log),
+      sessionBus_(QDBusConnection::SessionBus, queues_, mainLoop_),
+      systemBus_(QDBusConnection::SystemBus, queues_, mainLoop_),
+      fileBrowser_(
+          log, [this](UseBus use) { sessionBus_.whenOpen(std::move(use)); }, openFolderOnDesktop),
+      sounds_(queues_, mainLoop_),
+      sleepNotes_(queues_),
+      keepAwake_(sessionBus_, systemBus_, log),
+      configureSheet_(window, firstFault),
+      folderChooser_(window),
+      helpPanel_(window, workspace_) {
+  if (!geocoder_) log.error(geocoder_.error());
+}
+
+Host Desktop::host() {
+  return {.clock = clock_,
+          .mainLoop = mainLoop_,
+          .queues = queues_,
+          .log = log_,
+          .displays = displays_,
+          .settings = settings_,
+          .files = files_,
+          .decoder = decoder_,
+          .random = random_,
+          .memory = memory_,
+          .text = text_,
+          .geocoder = geocoder_ ? geocoder_.value().get() : nullptr,
+          .application = application_,
+          .fileBrowser = fileBrowser_,
+          .trash = trash_,
+          .sounds = sounds_,
+          .tables = tables_,
+          .folders = folders_,
+          .programVersion = {kShortVersion, kBuildNumber},
+          .systemVersion = systemVersion(),
+          .configureSheet = &configureSheet_,
+          .folderChooser = &folderChooser_,
+          .helpPanel = &helpPanel_,
+          .workspace = &workspace_,
+          .photoLibrary = &photoLibrary_,
+          .collationLocale = locale_};
+}
+
+}  // namespace lumivane
