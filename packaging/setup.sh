@@ -115,6 +115,8 @@ configure_if_due() {
 build_targets() {
   local preset=$1
   shift
-  export CCACHE_SLOPPINESS=pch_defines,time_macros
+  # What one checkout has compiled serves every other, wherever it lies.
+  export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+  export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
   with_build_lock "$preset" ninja -C "build/$preset" -j "$(build_jobs)" "$@"
 }
