@@ -16,6 +16,9 @@ constexpr std::int64_t kRootFolder = 3999;
 constexpr std::size_t kMostAlbums = 100'000;
 constexpr std::size_t kLongestName = 1'000;
 
+// The columns of an album.
+enum Column { Key, Identifier, Title, SortKey, Ascending, Kind, Trashed, Parent, Position };
+
 // An album with what decides whether and where it is listed.
 struct FoundAlbum {
   AlbumRow row;
@@ -31,15 +34,18 @@ std::string nameIn(const LibraryRow& row, int column) {
   return name;
 }
 
-AlbumRow albumRow(const LibraryRow& row) {
-  AlbumRow album;
-  album.key = row.integer(0).value_or(0);
-  album.album.identifier = row.text(1, kLongestName);
-  if (album.album.identifier.empty()) album.album.identifier = "#" + std::to_string(album.key);
-  album.album.name = nameIn(row, 2);
-  album.sortKey = row.integer(3).value_or(0);
-  album.ascending = row.integer(4).value_or(1) != 0;
-  return album;
+FoundAlbum foundAlbum(const LibraryRow& row) {
+  FoundAlbum found;
+  found.parent = row.integer(Parent).value_or(0);
+  found.position = row.integer(Position).value_or(std::numeric_limits<std::int64_t>::min());
+  found.row.key = row.integer(Key).value_or(0);
+  found.row.sortKey = row.integer(SortKey).value_or(0);
+  found.row.ascending = row.integer(Ascending).value_or(1) != 0;
+  Album& album = found.row.album;
+  album.name = nameIn(row, Title);
+  album.identifier = row.text(Identifier, kLongestName);
+  if (album.identifier.empty()) album.identifier = "#" + std::to_string(found.row.key);
+  return found;
 }
 
 std::vector<AlbumRow> inOrder(std::vector<FoundAlbum> found, const std::set<std::int64_t>& roots) {
@@ -48,6 +54,7 @@ std::vector<AlbumRow> inOrder(std::vector<FoundAlbum> found, const std::set<std:
     return std::tuple(album.parent, album.position, album.row.key);
   });
   std::vector<AlbumRow> rows;
+  rows.reserve(found.size());
   for (FoundAlbum& album : found) rows.push_back(std::move(album.row));
   return rows;
 }
@@ -61,17 +68,16 @@ Result<std::vector<AlbumRow>> readAlbumRows(LibraryDatabase& database) {
   if (!query) return Error{query.error()};
   std::vector<FoundAlbum> found;
   std::set<std::int64_t> roots;
+  const auto areTooMany = [&] { return found.size() > kMostAlbums || roots.size() > kMostAlbums; };
   const Result<Done> read = query.value().run({}, [&](const LibraryRow& row) {
-    const std::int64_t kind = row.integer(5).value_or(0);
-    if (kind == kRootFolder) roots.insert(row.integer(0).value_or(0));
-    if (kind != kUserAlbum || row.integer(6).value_or(0) != 0 || !row.integer(7))
-      return roots.size() <= kMostAlbums;
-    constexpr std::int64_t kFirst = std::numeric_limits<std::int64_t>::min();
-    found.push_back({albumRow(row), *row.integer(7), row.integer(8).value_or(kFirst)});
-    return found.size() <= kMostAlbums;
+    const bool isTrashed = row.integer(Trashed).value_or(0) != 0;
+    if (row.integer(Kind) == kRootFolder) roots.insert(row.integer(Key).value_or(0));
+    if (row.integer(Kind) == kUserAlbum && !isTrashed && row.integer(Parent))
+      found.push_back(foundAlbum(row));
+    return !areTooMany();
   });
   if (!read) return Error{read.error()};
-  if (found.size() > kMostAlbums || roots.size() > kMostAlbums) return Error{"it has too many albums"};
+  if (areTooMany()) return Error{"it has too many albums"};
   return inOrder(std::move(found), roots);
 }
 

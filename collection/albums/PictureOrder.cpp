@@ -15,6 +15,7 @@ std::unordered_map<std::string, std::size_t> ranksOfTitles(const std::vector<Pic
   std::unordered_map<std::string, std::size_t> ranks;
   for (const PictureRow& picture : pictures) ranks.emplace(picture.title, 0);
   std::vector<std::string> titles;
+  titles.reserve(ranks.size());
   for (const auto& [title, rank] : ranks) titles.push_back(title);
   sortByFileName(titles, locale);
   for (std::size_t i = 0; i < titles.size(); ++i) ranks[titles[i]] = i;

@@ -75,8 +75,8 @@ class DetailReader {
 
   void prepare(LibraryDatabase& database, std::optional<LibraryQuery>& query, const std::string& sql) {
     Result<LibraryQuery> prepared = database.query(sql);
-    if (prepared) query.emplace(std::move(prepared).value());
     if (!prepared && problem_.empty()) problem_ = prepared.error();
+    if (prepared) query.emplace(std::move(prepared).value());
   }
 
   void ask(std::optional<LibraryQuery>& query, std::int64_t key, const RowVisitor& visit) {

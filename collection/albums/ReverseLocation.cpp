@@ -9,7 +9,7 @@
 namespace lumivane {
 namespace {
 
-constexpr std::size_t kLargestArchive = 256 * 1024;
+constexpr std::size_t kLargestArchive = std::size_t{256} << 10;
 constexpr std::size_t kLongestPlace = 200;
 constexpr std::string_view kNothing = "$null";
 

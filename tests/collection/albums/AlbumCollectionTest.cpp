@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/FakePhotoLibrary.h"
 #include "tests/support/RecordingLog.h"
 
 namespace lumivane {
@@ -106,6 +107,20 @@ TEST_F(AlbumCollection, anAlbumThatCannotBeReadIsOneLineInTheLog) {
   const CollectedAlbum collected = collectAlbum("Summer", Error{"it is damaged"}, log_);
   EXPECT_EQ(collected.end, AlbumEnd::Unreadable);
   EXPECT_THAT(log_.entries(), ElementsAre(Entry{"it is damaged", LogLevel::Error}));
+}
+
+TEST_F(AlbumCollection, theWholeWayFromALibraryToItsPictures) {
+  FakePhotoLibrary library;
+  library.list.albums = {{"Summer", "1", 1}};
+  library.members["1"] = {picture("a.jpeg")};
+  const std::vector<Album> albums = albumsLoaded(library.albums({}), log_);
+  const Album* album = findAlbum(albums, "Summer", log_);
+  ASSERT_NE(album, nullptr);
+  const auto members = library.pictures(*album, AlbumDetail::Files, {});
+  EXPECT_THAT(collectAlbum(album->name, members, log_).imagefiles, ElementsAre(picture("a.jpeg").path));
+  library.problem = "it is locked";
+  EXPECT_EQ(collectAlbum("Summer", library.pictures(*album, AlbumDetail::Files, {}), log_).end,
+            AlbumEnd::Unreadable);
 }
 
 TEST(PictureDescription, joinsCommentKeywordsAndPlaces) {

@@ -1,6 +1,7 @@
 // A library read on several threads at once while its owner writes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 
@@ -11,31 +12,43 @@
 namespace lumivane {
 namespace {
 
+constexpr int kAlbums = 100;
+constexpr int kEnoughReadings = 25;
+constexpr int kMostChanges = 500;
+
+// A name that fills a good part of a page of the database.
+std::string nameNumber(int number) {
+  return std::to_string(number) + std::string(300, 'x');
+}
+
 TEST(LibraryThreads, readAtTheSameTimeAndWhatTheyReadIsOfOneMind) {
   const TemporaryFolder folder;
   MadeLibrary library(folder / "X.photoslibrary");
   library.writeAhead();
-  library.addAlbum({.key = 10, .title = "album 0"});
-  library.addAlbum({.key = 11, .title = "album 0"});
+  library.run("BEGIN");
+  for (int key = 10; key < 10 + kAlbums; ++key) library.addAlbum({.key = key, .title = nameNumber(0)});
+  library.run("COMMIT");
   const SqlitePhotoLibrary read(library.package(), "", "");
   std::atomic<int> readings{0};
   std::atomic<bool> differed{false};
-  const auto readAgainAndAgain = [&](std::stop_token stop) {
+  const auto readAgainAndAgain = [&](const std::stop_token& stop) {
     while (!stop.stop_requested()) {
       const Result<AlbumList> list = read.albums({});
-      if (!list) continue;  // changed too fast
-      if (list.value().albums.size() != 2 || list.value().albums[0].name != list.value().albums[1].name) {
-        differed = true;
-      }
+      if (!list) continue;  // changed too fast, too often
+      const std::vector<Album>& albums = list.value().albums;
+      const bool same =
+          std::ranges::all_of(albums, [&](const Album& album) { return album.name == albums.front().name; });
+      if (albums.size() != kAlbums || !same) differed = true;
       ++readings;
     }
   };
   std::jthread one(readAgainAndAgain);
   std::jthread other(readAgainAndAgain);
-  // Both titles change together, so that no reading may see them differ.
-  for (int i = 1; readings < 40 && i < 100000; ++i) {
-    library.run("UPDATE ZGENERICALBUM SET ZTITLE = 'album " + std::to_string(i) + "' WHERE ZKIND = 2");
-    if (i % 50 == 0) library.run("PRAGMA wal_checkpoint(PASSIVE)");
+  // All names change together, so that no reading may see them differ; each time they move from the log into the
+  // database, and the log begins anew.
+  for (int i = 1; readings < kEnoughReadings && i < kMostChanges; ++i) {
+    library.run("UPDATE ZGENERICALBUM SET ZTITLE = '" + nameNumber(i) + "' WHERE ZKIND = 2");
+    if (i % 4 == 0) library.run("PRAGMA wal_checkpoint(PASSIVE)");
   }
   one.request_stop();
   other.request_stop();
