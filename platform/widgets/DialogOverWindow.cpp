@@ -100,8 +100,9 @@ bool DialogOverWindow::eventFilter(QObject* watched, QEvent* event) {
       }
       break;
     case QEvent::WindowBlocked:
-      // A modal dialog has opened beside this one, over the same window. Over that one, it can be used.
-      if (!dialog_.isModal()) QTimer::singleShot(0, this, &DialogOverWindow::layOverWhatIsInFront);
+      // A modal dialog has opened over the same window. Standing for itself, this one can be used beside it, and is not
+      // kept in front of it.
+      if (!dialog_.isModal()) QTimer::singleShot(0, this, [this] { layOver(nullptr); });
       break;
     default:
       break;
@@ -117,9 +118,16 @@ void DialogOverWindow::returnKeys() const {
   if (front != nullptr && front->isVisible()) front->requestActivate();
 }
 
+void DialogOverWindow::focusWent(const QWindow* window) {
+  if (!dialog_.isVisible()) return;
+  if (dialog_.isModal()) return keepKeys(window);
+  // The modal dialog that this one made way for is gone.
+  if (parent_ == nullptr && QGuiApplication::modalWindow() == nullptr) layOverWhatIsInFront();
+}
+
 // A click on the picture takes the keys away from the modal dialog, on some X servers. It would look dead.
-void DialogOverWindow::focusWent(const QWindow* window) const {
-  if (window == nullptr || window != parent_ || !dialog_.isVisible() || !dialog_.isModal()) return;
+void DialogOverWindow::keepKeys(const QWindow* focused) const {
+  if (focused == nullptr || focused != parent_) return;
   QTimer::singleShot(0, this, [this] {
     QWindow* modal = QGuiApplication::modalWindow();
     if (modal == nullptr || !dialog_.isVisible()) return;

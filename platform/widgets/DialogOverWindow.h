@@ -26,7 +26,8 @@ class DialogOverWindow final : public QObject {
   void whenWindowGoes(std::function<void()> action) { windowGoes_ = std::move(action); }
 
   // Opens the dialog in the middle of the window, as large as it likes to be and the display allows. One that is
-  // shown already comes to the front. While a modal dialog is shown, it lies over that one.
+  // shown already comes to the front. While a modal dialog is shown, it lies over that one. A dialog that is not modal
+  // makes way for a modal one that opens later, and can be used beside it.
   void show();
 
  protected:
@@ -39,7 +40,8 @@ class DialogOverWindow final : public QObject {
   void parentShown(bool shown);
   void place() const;
   void returnKeys() const;
-  void focusWent(const QWindow* window) const;
+  void focusWent(const QWindow* window);
+  void keepKeys(const QWindow* focused) const;
 
   QDialog& dialog_;
   const WindowSource window_;

@@ -144,6 +144,34 @@ TEST_F(HelpPanelTest, FollowsThePalette) {
               ::testing::AllOf(Contains(QColor(Qt::yellow)), ::testing::Each(QColor(Qt::yellow))));
 }
 
+// Counts the events of a kind that a widget gets.
+class EventCount final : public QObject {
+ public:
+  EventCount(QWidget& widget, QEvent::Type type) : type_(type) { widget.installEventFilter(this); }
+  int count = 0;
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == type_) ++count;
+    return false;
+  }
+
+ private:
+  const QEvent::Type type_;
+};
+
+TEST_F(HelpPanelTest, MakesWayForThePreferencesAndComesBackAfterThem) {
+  QWindow show;
+  show.show();
+  QtHelpPanel help([&show] { return &show; }, workspace_);
+  QtConfigureSheet sheet([&show] { return &show; }, {});
+  help.orderFront();
+  sheet.begin();
+  ASSERT_TRUE(waitUntil([&] { return help.dialog().windowHandle()->transientParent() == nullptr; }));
+  sheet.end();
+  EXPECT_TRUE(waitUntil([&] { return help.dialog().windowHandle()->transientParent() == &show; }));
+}
+
 TEST_F(HelpPanelTest, CanBeUsedBesideThePreferences) {
   QWindow show;
   show.show();
@@ -151,10 +179,15 @@ TEST_F(HelpPanelTest, CanBeUsedBesideThePreferences) {
   QtConfigureSheet sheet([&show] { return &show; }, {});
   help.orderFront();
   EXPECT_EQ(help.dialog().windowHandle()->transientParent(), &show);
+  EventCount blocked(help.dialog(), QEvent::WindowBlocked);
+  EventCount unblocked(help.dialog(), QEvent::WindowUnblocked);
   sheet.begin();
-  // The preferences block the window that the help lay over; it moves over to them.
-  QWindow* preferences = sheet.dialog().windowHandle();
-  EXPECT_TRUE(waitUntil([&] { return help.dialog().windowHandle()->transientParent() == preferences; }));
+  // The preferences block the window that the help lay over, and what belongs to it.
+  EXPECT_TRUE(waitUntil([&] { return help.dialog().windowHandle()->transientParent() == nullptr; }));
+  EXPECT_EQ(unblocked.count, blocked.count);
+  help.orderFront();
+  EXPECT_EQ(help.dialog().windowHandle()->transientParent(), sheet.dialog().windowHandle());
+  EXPECT_EQ(unblocked.count, blocked.count);
   sheet.end();
   EXPECT_TRUE(waitUntil([&] { return help.dialog().windowHandle()->transientParent() == &show; }));
   EXPECT_TRUE(help.dialog().isVisible());

@@ -1,9 +1,10 @@
-// Photographs every page of the preferences sheet and the help panel, for the eyes of whoever changes them.
+// Photographs every page of the preferences sheet, the help panel and the question for a folder, for the eyes of whoever changes them.
 //
 //   settings_sheet_gallery FOLDER [light|dark]
 //
 // QT_SCALE_FACTOR says at which scale. On a screen of any size: QT_QPA_PLATFORM=offscreen, or a virtual X server.
 #include <QApplication>
+#include <QDir>
 #include <QListWidget>
 #include <QPalette>
 #include <QScreen>
@@ -12,6 +13,7 @@
 #include <QWindow>
 #include <iostream>
 
+#include "platform/linux/QtFolderChooser.h"
 #include "settings/sheet/QtConfigureSheet.h"
 #include "settings/sheet/QtHelpPanel.h"
 #include "tests/support/QtWaiting.h"
@@ -107,6 +109,36 @@ void photographHelp(const QString& folder, const QString& suffix) {
   }
 }
 
+void photographFolderQuestion(const QString& folder, const QString& suffix) {
+  QtFolderChooser chooser([] { return nullptr; });
+  chooser.choose({.startFolder = QDir::homePath().toStdString(),
+                  .message = "The scan encountered an alias pointing to folder \"Summer at the lake\"\n"
+                             "Click Include if you want Lumivane to include this folder",
+                  .confirmLabel = "Include"},
+                 [](const FolderAnswer& /*answer*/) {});
+  if (!waitUntil([] { return QApplication::activeModalWidget() != nullptr; })) return;
+  photograph(*QApplication::activeModalWidget(), QStringLiteral("%1/folder%2.png").arg(folder, suffix));
+}
+
+// The whole screen: the slideshow's window with the preferences over it and the help beside them.
+void photographScreen(const QString& folder, const QString& suffix) {
+  QWindow show;
+  show.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
+  show.show();
+  NoWorkspace workspace;
+  QtHelpPanel help([&show] { return &show; }, workspace);
+  QtConfigureSheet sheet([&show] { return &show; }, anyFault);
+  fill(sheet);
+  help.orderFront();
+  sheet.begin();
+  if (!waitUntil(
+          [&] { return sheet.dialog().isActiveWindow() && sheet.dialog().windowHandle()->isExposed(); }))
+    return;
+  (void)help.loadDocument("Help_ReadMe_Changelog_LumivaneApp");
+  runPendingEvents();
+  QGuiApplication::primaryScreen()->grabWindow().save(QStringLiteral("%1/screen%2.png").arg(folder, suffix));
+}
+
 }  // namespace
 }  // namespace lumivane
 
@@ -119,5 +151,7 @@ int main(int argc, char** argv) {
   if (dark) QApplication::setPalette(lumivane::darkPalette());
   lumivane::photographSheet(arguments[1], dark ? "-dark" : "");
   lumivane::photographHelp(arguments[1], dark ? "-dark" : "");
+  lumivane::photographFolderQuestion(arguments[1], dark ? "-dark" : "");
+  if (QGuiApplication::platformName() == "xcb") lumivane::photographScreen(arguments[1], dark ? "-dark" : "");
   return 0;
 }
