@@ -83,7 +83,7 @@ icu::UnicodeString shortened(const icu::UnicodeString& text, const FirstLine& fi
   for (;;) {
     // The line end stays, even where so little fits that nothing of the line does beside the dots.
     position = std::min(position, length);
-    const icu::UnicodeString tail = icu::UnicodeString(kEllipsis).append(tailFrom(text, position));
+    icu::UnicodeString tail = icu::UnicodeString(kEllipsis).append(tailFrom(text, position));
     const std::int32_t missing = firstLineLength(tail) - firstLine.fitting(tail, style);
     if (missing <= 0 || position == length) return tail;
     position += missing;

@@ -8,7 +8,7 @@
 
 #include <string>
 
-struct _FcConfig;
+struct _FcConfig;  // NOLINT(bugprone-reserved-identifier): the name that fontconfig gave it
 
 namespace lumivane {
 
