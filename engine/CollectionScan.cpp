@@ -91,6 +91,7 @@ void CollectionScan::showFolders(StoredCollection stored) {
   view_.saveConfig();
   replaceImageFiles(std::move(stored.imagefiles));
   view_.startWithFreshCollection();
+  if (PreferencesSheet* sheet = view_.preferencesSheet()) sheet->collectionIsReady();
 }
 
 // A million paths take too long to be freed here.

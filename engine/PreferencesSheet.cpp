@@ -155,6 +155,10 @@ void PreferencesSheet::scanFinished(const std::string& count) {
   endSheet();
 }
 
+void PreferencesSheet::collectionIsReady() {
+  sheet_.setEnabled(applyView_, true);
+}
+
 void PreferencesSheet::albumIsGone() {
   enableAlbumListControls(false);
 }

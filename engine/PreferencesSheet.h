@@ -47,7 +47,8 @@ class PreferencesSheet final : public SheetActions {
   void scanStarted();
   void scanStopped();
   void scanFinished(const std::string& count);
-  void albumIsGone();  // the chosen album is not there; folders are used again
+  void collectionIsReady();  // until then, a sheet that is opened anew cannot be closed
+  void albumIsGone();        // the chosen album is not there; folders are used again
 
   // --- SheetActions: numbers and texts ---
   void setDurationPerImage() override;

@@ -59,6 +59,7 @@ class ViewTest : public testing::Test {
 
   // What the host does at start.
   void makeView() {
+    view.reset();
     settingsStore = std::make_unique<SettingsStore>(files, log, folders.config);
     view = LumivaneView::initWithFrame({{0, 0}, window.rectangle.size}, false, host());
   }
@@ -89,7 +90,13 @@ class ViewTest : public testing::Test {
             .tables = tables,
             .folders = folders,
             .programVersion = {"1.0", "42"},
-            .systemVersion = {12, 0, 0}};
+            .systemVersion = {12, 0, 0},
+            .configureSheet = configureSheet,
+            .folderChooser = folderChooser,
+            .helpPanel = helpPanel,
+            .workspace = workspace,
+            .metadataQuery = metadataQuery,
+            .photoLibrary = photoLibrary};
   }
 
   // Lets time pass with the heartbeat of the real program, 50 a second.
@@ -144,6 +151,13 @@ class ViewTest : public testing::Test {
   FakeSounds sounds;
   SharedTables tables;
   FakeWindow window;
+  // Absent unless a test sets them, before it makes the view.
+  ConfigureSheet* configureSheet = nullptr;
+  FolderChooser* folderChooser = nullptr;
+  HelpPanel* helpPanel = nullptr;
+  Workspace* workspace = nullptr;
+  MetadataQuery* metadataQuery = nullptr;
+  const PhotoLibrary* photoLibrary = nullptr;
   std::unique_ptr<LumivaneView> view;
 };
 

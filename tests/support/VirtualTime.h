@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -33,7 +35,15 @@ class VirtualMainLoop final : public MainLoop {
  public:
   explicit VirtualMainLoop(VirtualClock& clock) : clock_(clock) {}
 
-  void post(Job job) override { add(clock_.now(), Nanoseconds{0}, std::move(job), nullptr); }
+  // From another thread the job waits until the loop turns again.
+  void post(Job job) override {
+    if (std::this_thread::get_id() == owner_) {
+      add(clock_.now(), Nanoseconds{0}, std::move(job), nullptr);
+    } else {
+      const std::lock_guard lock(mutex_);
+      posted_.push_back(std::move(job));
+    }
+  }
   void after(Nanoseconds delay, Job job) override {
     add(clock_.now() + delay, Nanoseconds{0}, std::move(job), nullptr);
   }
@@ -47,8 +57,12 @@ class VirtualMainLoop final : public MainLoop {
   // Runs everything that falls due until `span` has passed.
   void runFor(Nanoseconds span) {
     const MediaTime end = clock_.now() + span;
-    while (!jobs_.empty() && jobs_.front().due <= end) runNext();
-    clock_.setNow(end);
+    takePosted();
+    while (!jobs_.empty() && jobs_.front().due <= end) {
+      runNext();
+      takePosted();
+    }
+    clock_.setNow(std::max(end, clock_.now()));
   }
   [[nodiscard]] std::size_t waitingJobs() const { return jobs_.size(); }
   // Runs what is due now, and what that makes due now.
@@ -76,6 +90,15 @@ class VirtualMainLoop final : public MainLoop {
     std::push_heap(jobs_.begin(), jobs_.end());
   }
 
+  void takePosted() {
+    std::vector<Job> posted;
+    {
+      const std::lock_guard lock(mutex_);
+      posted.swap(posted_);
+    }
+    for (Job& job : posted) add(clock_.now(), Nanoseconds{0}, std::move(job), nullptr);
+  }
+
   void runNext() {
     std::pop_heap(jobs_.begin(), jobs_.end());
     Scheduled next = std::move(jobs_.back());
@@ -88,8 +111,12 @@ class VirtualMainLoop final : public MainLoop {
   }
 
   VirtualClock& clock_;
+  const std::thread::id owner_ = std::this_thread::get_id();
   std::vector<Scheduled> jobs_;
   std::uint64_t counter_ = 0;
+
+  std::mutex mutex_;
+  std::vector<Job> posted_;  // guarded by mutex_
 };
 
 // Runs a job when its time has come, as if it had taken `jobTime` on a thread of its own.
