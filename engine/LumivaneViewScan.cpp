@@ -32,8 +32,8 @@ void LumivaneView::startWithFreshCollection() {
   img_index_ = anywhere ? randomPosition(host_.random, imagefiles_.size()) : 0;
   last_scan_ = host_.clock.wallTime();
   queryIsInProgress_ = false;
-  windowResizingHappened_ =
-      false;  // there is no picture to be rebuilt, and the first one shall not wait for that
+  // There is no picture to be rebuilt, and the first one shall not wait for that.
+  windowResizingHappened_ = false;
   startNewCycleWithFreshImageList();
   startAnimation();
 }
