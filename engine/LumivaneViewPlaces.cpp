@@ -3,14 +3,6 @@
 #include "imaging/InformationText.h"
 
 namespace lumivane {
-namespace {
-
-std::string placeText(const Placemark& place) {
-  const std::string country = place.country.value_or("(null)");
-  return place.locality ? *place.locality + ", " + country : country;
-}
-
-}  // namespace
 
 void LumivaneView::requestPlace(double latitude, double longitude) {
   if (host_.geocoder == nullptr) return;
@@ -28,7 +20,7 @@ void LumivaneView::displayNewLocation(const Result<std::vector<Placemark>>& answ
     return;
   }
   if (answer.value().empty()) return;
-  img_place_ = placeText(answer.value().front());
+  img_place_ = placeName(answer.value().front());
   displayMessage(errmesg_, informationLine(img_description_, img_place_, img_date_));
 }
 
