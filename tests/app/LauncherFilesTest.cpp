@@ -98,8 +98,8 @@ TEST_F(LauncherFilesTest, theAliveFileHoldsTheTimeOfLaunchUntilTheEnd) {
 TEST_F(LauncherFilesTest, anAliveFileThatCannotBeWrittenIsLogged) {
   files.unwritable.insert(alive);
   launcher.writeAliveFile(now);
-  EXPECT_TRUE(log.has("Failed to write LumivaneApp.flags (" + alive + ") in group container! error = " + alive +
-                          ": No space left on device",
+  EXPECT_TRUE(log.has("Failed to write LumivaneApp.flags (" + alive +
+                          ") in group container! error = " + alive + ": No space left on device",
                       LogLevel::Error));
   launcher.removeAliveFile();
 }
@@ -110,7 +110,8 @@ TEST_F(LauncherFilesTest, withoutAStateFolderBothFilesAreOff) {
   homeless.takeRequest(flags, now);
   EXPECT_TRUE(log.has("Failed to create app group container URL: (null)!", LogLevel::Error));
   homeless.writeAliveFile(now);
-  EXPECT_EQ(log.countStartingWith("Failed to write LumivaneApp.flags ((null)) in group container! error = "), 1U);
+  EXPECT_EQ(log.countStartingWith("Failed to write LumivaneApp.flags ((null)) in group container! error = "),
+            1U);
   homeless.removeAliveFile();
 }
 

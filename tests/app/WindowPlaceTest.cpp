@@ -15,7 +15,8 @@ struct WindowPlaceTest : testing::Test {
 
   std::optional<RectPt> load() { return WindowPlace(files, log, "/state").load(); }
   void store(const std::string& entries) {
-    files.content[path] = "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>" + entries + "</dict></plist>";
+    files.content[path] =
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>" + entries + "</dict></plist>";
   }
 };
 
@@ -41,8 +42,10 @@ TEST_F(WindowPlaceTest, isWrittenOnlyWhenItChanged) {
 }
 
 TEST_F(WindowPlaceTest, wholeNumbersWillDo) {
-  store("<key>X</key><integer>1</integer><key>Y</key><integer>-2</integer><key>Width</key><integer>300</integer>"
-        "<key>Height</key><real>200.5</real>");
+  store(
+      "<key>X</key><integer>1</integer><key>Y</key><integer>-2</integer><key>Width</key><integer>300</"
+      "integer>"
+      "<key>Height</key><real>200.5</real>");
   EXPECT_EQ(load(), (RectPt{{1, -2}, {300, 200.5}}));
 }
 
