@@ -33,9 +33,6 @@ class ViewTest : public testing::Test {
   // Before the doubles of a test's own, which the view still uses when it goes.
   void TearDown() override { view.reset(); }
 
-  // Before what a test has added to the world of the view goes.
-  void TearDown() override { view.reset(); }
-
   // Stores settings for a display, as if an earlier run had.
   void configure(const Change& change, const std::string& display = "Color LCD") {
     RecordingLog quiet;
