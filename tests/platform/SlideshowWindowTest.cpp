@@ -4,9 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QImage>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
@@ -14,6 +16,7 @@
 #include <QProcess>
 #include <QScreen>
 #include <QStandardPaths>
+#include <QUrl>
 #include <QWindow>
 #include <latch>
 #include <mutex>
@@ -23,6 +26,7 @@
 #include "platform/linux/QtGlSurface.h"
 #include "platform/linux/QtTextRenderer.h"
 #include "tests/support/QtWaiting.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace lumivane {
 namespace {
@@ -41,9 +45,11 @@ struct RecordingListener final : WindowListener {
   void modifiersChanged(Modifiers held) override { modifiers.push_back(held); }
   void mouseMoved(PointPt position) override { moves.push_back(position); }
   void menuRequested(PointPt position) override { menus.push_back(position); }
+  void folderDropped(const std::string& folder) override { dropped.push_back(folder); }
   void windowWillClose() override { ++closes; }
 
   SizePt size;
+  std::vector<std::string> dropped;
   int resizes = 0;
   int resizeEnds = 0;
   int closes = 0;
@@ -185,6 +191,25 @@ TEST_F(SlideshowWindowTest, ReportsMouseMovesOnlyWhenAskedAndOnlyRealOnes) {
   EXPECT_TRUE(listener_.moves.empty());
   moveMouseTo({4, 3});
   EXPECT_THAT(listener_.moves, ElementsAre(PointPt{4, 397}));
+}
+
+TEST_F(SlideshowWindowTest, TakesADroppedFolderOrTheFolderOfADroppedFile) {
+  showAt({{0, 0}, {640, 400}});
+  const TemporaryFolder folder;
+  const std::string file = folder.write("picture.jpg", "x");
+  const auto drop = [&](const QString& url) {
+    QMimeData data;
+    data.setUrls({QUrl(url)});
+    QDropEvent event({10, 10}, Qt::CopyAction, &data, Qt::NoButton, Qt::NoModifier);
+    send(event);
+    return event.isAccepted();
+  };
+  EXPECT_TRUE(drop(QUrl::fromLocalFile(QString::fromStdString(folder.path())).toString()));
+  EXPECT_TRUE(drop(QUrl::fromLocalFile(QString::fromStdString(file)).toString()));
+  EXPECT_THAT(listener_.dropped, ElementsAre(folder.path(), folder.path()));
+  EXPECT_FALSE(drop("file:///nowhere/at/all"));
+  EXPECT_FALSE(drop("https://lumivane.example/picture.jpg"));
+  EXPECT_EQ(listener_.dropped.size(), 2U);
 }
 
 TEST_F(SlideshowWindowTest, SaysOnceThatItCloses) {
