@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QTimer>
 #include <QUrl>
+#include <QWindow>
 #include <utility>
 #include <vector>
 
@@ -95,6 +96,9 @@ void QtFolderChooser::askNext() {
   if (open_ != nullptr || waiting_.empty()) return;
   auto [question, completion] = std::move(waiting_.front());
   waiting_.pop_front();
+  // A dialog over a window that is closed would keep the program from ending.
+  const QWindow* window = window_();
+  if (window != nullptr && !window->isVisible()) return answer(completion, {});
   open_ = std::make_unique<OpenQuestion>(question, std::move(completion), window_);
   QObject::connect(&open_->dialog, &QDialog::finished, &receiver_, [this](int result) {
     // By way of the loop: the dialog is still at it.
@@ -105,14 +109,18 @@ void QtFolderChooser::askNext() {
 }
 
 void QtFolderChooser::closed(bool confirmed) {
-  FolderAnswer answer;
+  FolderAnswer given;
   const QList<QUrl> chosen = open_->dialog.selectedUrls();
-  if (!chosen.isEmpty()) answer.folder = pathOf(chosen.first());
-  if (confirmed && !answer.folder.empty()) answer.response = kConfirmed;
+  if (!chosen.isEmpty()) given.folder = pathOf(chosen.first());
+  if (confirmed && !given.folder.empty()) given.response = kConfirmed;
   const Completion completion = std::move(open_->completion);
   open_.reset();
+  answer(completion, given);
+}
+
+void QtFolderChooser::answer(const Completion& completion, const FolderAnswer& given) {
   if (!waiting_.empty()) QTimer::singleShot(0, &receiver_, [this] { askNext(); });
-  completion(answer);
+  completion(given);
 }
 
 }  // namespace lumivane

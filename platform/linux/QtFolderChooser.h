@@ -28,6 +28,7 @@ class QtFolderChooser final : public FolderChooser {
 
   void askNext();
   void closed(bool confirmed);
+  void answer(const Completion& completion, const FolderAnswer& given);
 
   const WindowSource window_;
   std::deque<std::pair<FolderQuestion, Completion>> waiting_;

@@ -165,6 +165,16 @@ TEST_F(QtFolderChooserTest, IsDismissedWhenTheWindowGoes) {
   EXPECT_NE(answers_[0].response, 1);
 }
 
+TEST_F(QtFolderChooserTest, AWindowThatIsClosedHasNoDialogs) {
+  show_->hide();
+  ask({.startFolder = path()});
+  ask({.startFolder = path()});
+  EXPECT_THAT(answers_, IsEmpty()) << "not before the caller is done";
+  ASSERT_TRUE(answered(2));
+  EXPECT_NE(answers_[0].response, 1);
+  EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
 TEST_F(QtFolderChooserTest, IsNotAnsweredAnyMoreWhenItEnds) {
   ask({.startFolder = path()});
   ASSERT_NE(dialog(), nullptr);
