@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
-#include <QTimer>
 #include <QUrl>
 #include <QWindow>
 #include <utility>
@@ -89,7 +88,11 @@ QtFolderChooser::~QtFolderChooser() = default;
 
 void QtFolderChooser::choose(const FolderQuestion& question, Completion completion) {
   waiting_.emplace_back(question, std::move(completion));
-  if (open_ == nullptr) QTimer::singleShot(0, &receiver_, [this] { askNext(); });
+  if (open_ == nullptr) later([this] { askNext(); });
+}
+
+void QtFolderChooser::later(std::function<void()> job) {
+  QMetaObject::invokeMethod(&receiver_, std::move(job), Qt::QueuedConnection);
 }
 
 void QtFolderChooser::askNext() {
@@ -102,7 +105,7 @@ void QtFolderChooser::askNext() {
   open_ = std::make_unique<OpenQuestion>(question, std::move(completion), window_);
   QObject::connect(&open_->dialog, &QDialog::finished, &receiver_, [this](int result) {
     // By way of the loop: the dialog is still at it.
-    QTimer::singleShot(0, &receiver_, [this, result] { closed(result == QDialog::Accepted); });
+    later([this, result] { closed(result == QDialog::Accepted); });
   });
   open_->overWindow.whenWindowGoes([this] { open_->dialog.reject(); });
   open_->overWindow.show();
@@ -119,7 +122,7 @@ void QtFolderChooser::closed(bool confirmed) {
 }
 
 void QtFolderChooser::answer(const Completion& completion, const FolderAnswer& given) {
-  if (!waiting_.empty()) QTimer::singleShot(0, &receiver_, [this] { askNext(); });
+  if (!waiting_.empty()) later([this] { askNext(); });
   completion(given);
 }
 

@@ -26,6 +26,7 @@ class QtFolderChooser final : public FolderChooser {
  private:
   struct OpenQuestion;
 
+  void later(std::function<void()> job);  // in the next turn of the main loop
   void askNext();
   void closed(bool confirmed);
   void answer(const Completion& completion, const FolderAnswer& given);

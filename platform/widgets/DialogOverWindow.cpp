@@ -5,7 +5,6 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QStyle>
-#include <QTimer>
 #include <QWindow>
 #include <utility>
 
@@ -64,14 +63,15 @@ void DialogOverWindow::layOverWhatIsInFront() {
 }
 
 void DialogOverWindow::parentShown(bool shown) {
-  if (shown || !dialog_.isVisible()) return;
   // By way of the loop: whoever closes the window is still at it.
-  QTimer::singleShot(0, this, [this] {
-    if (!dialog_.isVisible() || (parent_ != nullptr && parent_->isVisible())) return;
-    const QWindow* front = windowInFront();
-    if (front != nullptr && front->isVisible()) return layOverWhatIsInFront();
-    if (windowGoes_) windowGoes_();
-  });
+  if (!shown) QMetaObject::invokeMethod(this, &DialogOverWindow::parentGone, Qt::QueuedConnection);
+}
+
+void DialogOverWindow::parentGone() {
+  if (!dialog_.isVisible() || (parent_ != nullptr && parent_->isVisible())) return;
+  const QWindow* front = windowInFront();
+  if (front != nullptr && front->isVisible()) return layOverWhatIsInFront();
+  if (windowGoes_) windowGoes_();
 }
 
 // Where there is a window manager, this is no more than a wish; on Wayland, not even that.
@@ -96,13 +96,15 @@ bool DialogOverWindow::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Hide:
       // Not when the user is with another program by now.
       if (QGuiApplication::applicationState() == Qt::ApplicationActive) {
-        QTimer::singleShot(0, this, &DialogOverWindow::returnKeys);
+        QMetaObject::invokeMethod(this, &DialogOverWindow::returnKeys, Qt::QueuedConnection);
       }
       break;
     case QEvent::WindowBlocked:
       // A modal dialog has opened over the same window. Standing for itself, this one can be used beside it, and is not
       // kept in front of it.
-      if (!dialog_.isModal()) QTimer::singleShot(0, this, [this] { layOver(nullptr); });
+      if (!dialog_.isModal()) {
+        QMetaObject::invokeMethod(this, &DialogOverWindow::standForItself, Qt::QueuedConnection);
+      }
       break;
     default:
       break;
@@ -126,14 +128,16 @@ void DialogOverWindow::focusWent(const QWindow* window) {
 }
 
 // A click on the picture takes the keys away from the modal dialog, on some X servers. It would look dead.
-void DialogOverWindow::keepKeys(const QWindow* focused) const {
+void DialogOverWindow::keepKeys(const QWindow* focused) {
   if (focused == nullptr || focused != parent_) return;
-  QTimer::singleShot(0, this, [this] {
-    QWindow* modal = QGuiApplication::modalWindow();
-    if (modal == nullptr || !dialog_.isVisible()) return;
-    modal->raise();
-    modal->requestActivate();
-  });
+  QMetaObject::invokeMethod(this, &DialogOverWindow::takeKeys, Qt::QueuedConnection);
+}
+
+void DialogOverWindow::takeKeys() const {
+  QWindow* modal = QGuiApplication::modalWindow();
+  if (modal == nullptr || !dialog_.isVisible()) return;
+  modal->raise();
+  modal->requestActivate();
 }
 
 }  // namespace lumivane

@@ -37,11 +37,14 @@ class DialogOverWindow final : public QObject {
   [[nodiscard]] QWindow* windowInFront() const;
   void layOver(QWindow* parent);
   void layOverWhatIsInFront();
+  void standForItself() { layOver(nullptr); }
   void parentShown(bool shown);
+  void parentGone();
   void place() const;
   void returnKeys() const;
   void focusWent(const QWindow* window);
-  void keepKeys(const QWindow* focused) const;
+  void keepKeys(const QWindow* focused);
+  void takeKeys() const;
 
   QDialog& dialog_;
   const WindowSource window_;

@@ -11,7 +11,7 @@ namespace lumivane {
 namespace {
 
 constexpr int kLinesShown = 4;
-constexpr qsizetype kMostCharsChecked = 64 * 1024;  // more is no list that a person keeps
+constexpr qsizetype kMostCharsChecked = 65'536;  // more is no list that a person keeps
 
 }  // namespace
 

@@ -5,7 +5,6 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QTimer>
 
 namespace lumivane {
 namespace {
@@ -59,7 +58,8 @@ bool SheetDialog::eventFilter(QObject* watched, QEvent* event) {
 void SheetDialog::quits() {
   quitting_ = true;
   // Another window may refuse.
-  QTimer::singleShot(0, this, [this] { quitting_ = false; });
+  QMetaObject::invokeMethod(
+      this, [this] { quitting_ = false; }, Qt::QueuedConnection);
 }
 
 // By Tab Qt does this; by mnemonic it does not.
