@@ -53,13 +53,13 @@ class Application(SlideshowTest):
     def test_a_fresh_request_starts_a_stand_in_for_the_screen_saver(self):
         self.begin_with_request("-s", 3)
         eventually(self.fills_screen, "full screen")
-        self.screen.do("mousemove", "300", "300", "mousemove", "310", "300")
+        self.screen.wave()
         self.assert_ends()
 
     def test_an_old_request_starts_nothing_special(self):
         self.begin_with_request("-s", 12)
         self.assertFalse(self.fills_screen())
-        self.screen.do("mousemove", "500", "400", "mousemove", "510", "400")
+        self.screen.wave()
         self.screen.press("x")
         time.sleep(1)
         self.assertIsNone(self.show.process.poll())

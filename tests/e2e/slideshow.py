@@ -67,6 +67,13 @@ class VirtualScreen:
     def press(self, key):
         self.do("key", key)
 
+    def wave(self):
+        """Moves the mouse for a second, as a hand does: a program may take moves that come all at once for a single one."""
+        moves = []
+        for x in range(300, 400, 10):
+            moves += ["mousemove", str(x), "300", "sleep", "0.1"]
+        self.do(*moves)
+
     def window_size(self):
         """Of the slideshow's window; None while there is none."""
         try:
