@@ -2,15 +2,9 @@
 
 #include <utility>
 
-#include "imaging/decode/BmpCodec.h"
-#include "imaging/decode/HeifTurn.h"
-#include "imaging/decode/JpegCodec.h"
-#include "imaging/decode/JxlBoxes.h"
 #include "imaging/decode/PictureFile.h"
 #include "imaging/decode/PictureMetadata.h"
-#include "imaging/decode/PictureType.h"
-#include "imaging/decode/RawCodec.h"
-#include "imaging/decode/VipsCodec.h"
+#include "imaging/decode/PictureOpening.h"
 
 namespace lumivane {
 
@@ -28,61 +22,13 @@ bool isDecodableSize(SizePx size, PictureType type) {
   return static_cast<long long>(size.width) * size.height <= (rowByRow ? kMostPixels : kMostPixelsAtOnce);
 }
 
-OpenedCodec openTiff(const PictureFile& file) {
-  if (mayBeCameraRaw(file)) {
-    OpenedCodec raw = openRawCodec(file);
-    if (raw.status != ImageSourceStatus::UnknownType) return raw;
-  }
-  return openVipsCodec(file, PictureType::Tiff, {});
-}
-
-OpenedCodec openJpeg(const PictureFile& file) {
-  OpenedCodec opened = openJpegCodec(file);
-  if (opened.codec || opened.status != ImageSourceStatus::Complete) return opened;
-  return openVipsCodec(file, PictureType::Jpeg, {});
-}
-
-OpenedCodec openJxl(const PictureFile& file) {
-  const JxlHeader header = jxlHeaderOf(file).value_or(JxlHeader{});
-  return openVipsCodec(file, PictureType::Jxl, {.turn = header.turn, .premultiplied = header.premultiplied});
-}
-
-OpenedCodec openCodec(const PictureFile& file, PictureType type) {
-  switch (type) {
-    case PictureType::Unknown:
-      break;
-    case PictureType::Jpeg:
-      return openJpeg(file);
-    case PictureType::Tiff:
-      return openTiff(file);
-    case PictureType::Bmp:
-      return openBmpCodec(file);
-    case PictureType::CameraRaw:
-      return openRawCodec(file);
-    case PictureType::Heif:
-      return openVipsCodec(file, type, {.turn = heifTurnOf(file)});
-    case PictureType::Jxl:
-      return openJxl(file);
-    case PictureType::Jp2:
-      return openVipsCodec(file, type, {.turn = 1});
-    case PictureType::Png:
-    case PictureType::Gif:
-    case PictureType::WebP:
-      return openVipsCodec(file, type, {});
-  }
-  return {nullptr, ImageSourceStatus::UnknownType};
-}
-
 class FileImageSource final : public ImageSource {
  public:
   FileImageSource(PictureFile file, std::shared_ptr<PixelPool> pool)
       : file_(std::move(file)), pool_(std::move(pool)) {
-    if (file_.size() == 0) {
-      opened_.status = ImageSourceStatus::UnexpectedEnd;
-      return;
-    }
-    type_ = pictureTypeOf(file_.read(0, kTypeBytes));
-    opened_ = openCodec(file_, type_);
+    OpenedPicture picture = openPicture(file_);
+    type_ = picture.type;
+    opened_ = std::move(picture.opened);
   }
 
   ImageSourceStatus status() const override { return opened_.status; }
