@@ -65,7 +65,6 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::openWindow(const QSurfaceFormat& format) {
   window_ = std::make_unique<SlideshowWindow>(format, *this);
   window_->setTitle("Lumivane");
-  window_->setIconName("de.orvik.LumivaneApp");
   if (const std::optional<RectPt> frame = place_.load()) window_->placeAt(*frame);
   pointer_ = std::make_unique<PointerHiding>(*window_, host_.clock, host_.mainLoop);
   menu_ = std::make_unique<MainMenu>(window_->qtWindow(), [this](MenuCommand command) { perform(command); });

@@ -19,6 +19,7 @@
 #include "platform/linux/Environment.h"
 #include "platform/linux/FreedesktopTrash.h"
 #include "platform/linux/MessageBus.h"
+#include "platform/linux/PortalFolderChooser.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/ProcFreeMemory.h"
 #include "platform/linux/QtApplication.h"
@@ -86,7 +87,8 @@ class Desktop {
   // Dialogs
   DesktopWorkspace workspace_;
   QtConfigureSheet configureSheet_;
-  QtFolderChooser folderChooser_;
+  QtFolderChooser folderDialog_;
+  PortalFolderChooser folderChooser_;
   QtHelpPanel helpPanel_;
 };
 

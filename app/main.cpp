@@ -1,5 +1,6 @@
 // The program: makes everything that the slideshow stands on, in order, and hands control to the main loop.
 #include <QApplication>
+#include <QIcon>
 #include <csignal>
 #include <iostream>
 
@@ -14,6 +15,15 @@
 namespace {
 
 using namespace lumivane;
+
+constexpr const char* kApplicationId = "de.orvik.LumivaneApp";
+
+// The desktop's theme has one once the program is installed.
+QIcon applicationIcon() {
+  QIcon icon;
+  for (const int side : {48, 128, 256}) icon.addFile(QString(":/icons/%1.png").arg(side));
+  return QIcon::fromTheme(kApplicationId, icon);
+}
 
 int fail(Log& log, const std::string& message) {
   log.error(message);
@@ -49,7 +59,8 @@ int main(int argc, char* argv[], char* environmentEntries[]) {
     return fail(*log, "There is no display server to show pictures on.");
   QApplication application(argc, argv);
   QApplication::setApplicationName("Lumivane");
-  QApplication::setDesktopFileName("de.orvik.LumivaneApp");
+  QApplication::setDesktopFileName(kApplicationId);
+  QApplication::setWindowIcon(applicationIcon());
   QApplication::setApplicationVersion(kShortVersion);
   return runSlideshow(application, arguments, environment, clock, *log);
 }

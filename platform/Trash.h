@@ -1,6 +1,6 @@
 // The user's trash: a file in it can be had back.
 //
-// Threads: main only.
+// Threads: any one at a time.
 // Errors:  the reason in the desktop's words; the file is then still where it was. Where a file system has no
 //          trash, moving there fails: nothing is ever deleted for good.
 #pragma once

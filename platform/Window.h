@@ -103,8 +103,6 @@ class HostWindow {
   // Closes as if the user had asked for it.
   virtual void close() = 0;
   virtual void setTitle(std::string_view utf8) = 0;
-  // The icon's name in the desktop's icon theme.
-  virtual void setIconName(std::string_view name) = 0;
   virtual void setCursorHidden(bool hidden) = 0;
   virtual void setReportsMouseMoves(bool reports) = 0;
 };

@@ -5,22 +5,17 @@
 // Errors:  as in FileBrowser.h: no session bus, no such service, one that answers with an error or not at all.
 #pragma once
 
-#include <QDBusConnection>
 #include <QObject>
 #include <functional>
 #include <memory>
 
 #include "platform/FileBrowser.h"
 #include "platform/Log.h"
+#include "platform/linux/BusAccess.h"
 
 class QDBusPendingCall;
 
 namespace lumivane {
-
-// Hands out the session bus on the main thread, now or when it is open. QDBusConnection::sessionBus() itself may wait
-// for the bus, and without end for one that hangs. A bus that cannot be had is a connection that is not connected.
-using UseBus = std::function<void(const QDBusConnection& bus)>;
-using WhenBusOpen = std::function<void(UseBus use)>;
 
 // Opens a folder in whatever program shows folders; false when there is none.
 using OpenFolder = std::function<bool(const std::string& folder)>;

@@ -94,7 +94,7 @@ void DBusKeepAwake::release() {
   state_ = State::Idle;
 }
 
-MessageBus::Use DBusKeepAwake::whileAlive(MessageBus::Use use) const {
+UseBus DBusKeepAwake::whileAlive(UseBus use) const {
   return [alive = std::weak_ptr(alive_), use = std::move(use)](const QDBusConnection& bus) {
     if (!alive.expired()) use(bus);
   };

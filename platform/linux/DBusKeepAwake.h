@@ -33,7 +33,7 @@ class DBusKeepAwake final : public KeepAwake {
   void held();
   void refused(const QString& reason);
   void release();
-  [[nodiscard]] MessageBus::Use whileAlive(MessageBus::Use use) const;
+  [[nodiscard]] UseBus whileAlive(UseBus use) const;
   template <typename Answered>
   void when(const QDBusPendingCall& call, Answered answered);
 

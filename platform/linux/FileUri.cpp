@@ -20,4 +20,13 @@ std::optional<std::string> fileUri(const std::string& path) {
   return std::string(uri.get());
 }
 
+std::optional<std::string> pathOfFileUri(const std::string& uri) {
+  if (uri.find('\0') != std::string::npos) return std::nullopt;
+  char* host = nullptr;
+  const std::unique_ptr<char, FreeText> path(g_filename_from_uri(uri.c_str(), &host, nullptr));
+  const std::unique_ptr<char, FreeText> ofHost(host);
+  if (!path || host != nullptr) return std::nullopt;
+  return std::string(path.get());
+}
+
 }  // namespace lumivane

@@ -19,7 +19,7 @@ MessageBus::MessageBus(QDBusConnection::BusType type, SerialQueues& queues, Main
   });
 }
 
-void MessageBus::whenOpen(Use use) {
+void MessageBus::whenOpen(UseBus use) {
   queue_->async([connection = connection_, &mainLoop = mainLoop_, use = std::move(use)] {
     mainLoop.post([bus = *connection->bus, use] { use(bus); });
   });

@@ -11,17 +11,16 @@
 
 #include "platform/MainLoop.h"
 #include "platform/SerialQueue.h"
+#include "platform/linux/BusAccess.h"
 
 namespace lumivane {
 
 class MessageBus {
  public:
-  using Use = std::function<void(const QDBusConnection& bus)>;
-
   MessageBus(QDBusConnection::BusType type, SerialQueues& queues, MainLoop& mainLoop);
 
   // Runs the job on the main loop: as soon as the bus is open, never before this call has returned.
-  void whenOpen(Use use);
+  void whenOpen(UseBus use);
 
  private:
   struct Connection;

@@ -2,7 +2,6 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QScreen>
 
 #include "platform/linux/NativeWindow.h"
@@ -113,9 +112,6 @@ void SlideshowWindow::close() {
 }
 void SlideshowWindow::setTitle(std::string_view utf8) {
   native_->setTitle(qtText(utf8));
-}
-void SlideshowWindow::setIconName(std::string_view name) {
-  native_->setIcon(QIcon::fromTheme(qtText(name)));
 }
 
 void SlideshowWindow::setCursorHidden(bool hidden) {

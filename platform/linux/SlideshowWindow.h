@@ -36,7 +36,6 @@ class SlideshowWindow final : public HostWindow {
   void toggleFullScreen() override;
   void close() override;
   void setTitle(std::string_view utf8) override;
-  void setIconName(std::string_view name) override;
   void setCursorHidden(bool hidden) override;
   void setReportsMouseMoves(bool reports) override;
 

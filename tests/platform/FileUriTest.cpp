@@ -19,5 +19,20 @@ TEST(FileUri, IsAbsentForWhatIsNoAbsolutePath) {
   EXPECT_EQ(fileUri(std::string("/a\0b", 4)), std::nullopt);
 }
 
+TEST(PathOfFileUri, IsThePathThatTheAddressWasMadeOf) {
+  for (const std::string path :
+       {"/pics/a.jpg", "/", "/K\xC3\xB6ln b#1%?.jpg", "/two\nlines\x7F\x01", "/\xFF\xFE\x80"}) {
+    EXPECT_EQ(pathOfFileUri(fileUri(path).value()), path);
+  }
+}
+
+TEST(PathOfFileUri, IsAbsentForOtherAddresses) {
+  for (const std::string uri : {"", "/a.jpg", "http://localhost/a.jpg", "file://another.host/a.jpg",
+                                "file:///a%00b", "file:///a%2Fb", "file:///a%", "trash:///a.jpg"}) {
+    EXPECT_EQ(pathOfFileUri(uri), std::nullopt) << uri;
+  }
+  EXPECT_EQ(pathOfFileUri(std::string("file:///a\0b", 11)), std::nullopt);
+}
+
 }  // namespace
 }  // namespace lumivane

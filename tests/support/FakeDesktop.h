@@ -85,7 +85,6 @@ class FakeWindow final : public HostWindow {
   }
   void close() override {}
   void setTitle(std::string_view /*utf8*/) override {}
-  void setIconName(std::string_view /*name*/) override {}
   void setCursorHidden(bool hidden) override { cursorHidden = hidden; }
   void setReportsMouseMoves(bool reports) override { reportsMouseMoves = reports; }
 };
