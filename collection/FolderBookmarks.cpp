@@ -140,4 +140,16 @@ ResolvedBookmarks resolveBookmarks(const std::optional<std::vector<FolderBookmar
   return resolved;
 }
 
+ResolvedBookmarks recordedFolders(const std::optional<std::vector<FolderBookmark>>& bookmarks) {
+  ResolvedBookmarks recorded;
+  if (!bookmarks || *bookmarks == emptyBookmarks()) return recorded;
+  for (std::size_t i = 0; i < bookmarks->size(); ++i) {
+    const Result<BookmarkRecord> record = parseBookmark((*bookmarks)[i]);
+    if (!record) continue;
+    recorded.opened.push_back(record.value().path);
+    if (i == 0) recorded.mainDirectoryLocation = record.value().path;
+  }
+  return recorded;
+}
+
 }  // namespace lumivane

@@ -41,6 +41,9 @@ struct ResolvedBookmarks {
 [[nodiscard]] ResolvedBookmarks resolveBookmarks(const std::optional<std::vector<FolderBookmark>>& bookmarks,
                                                  Log& log);
 
+// The folders as they were recorded, without asking the disk whether they are still there.
+[[nodiscard]] ResolvedBookmarks recordedFolders(const std::optional<std::vector<FolderBookmark>>& bookmarks);
+
 // A bookmark's content.
 struct BookmarkRecord {
   std::string path;

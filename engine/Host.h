@@ -13,6 +13,7 @@
 #include "imaging/ImageDecoder.h"
 #include "imaging/TextRenderer.h"
 #include "platform/Application.h"
+#include "platform/BoundedCalls.h"
 #include "platform/Clock.h"
 #include "platform/Displays.h"
 #include "platform/FileBrowser.h"
@@ -72,7 +73,7 @@ struct Host {
   Geocoder* geocoder;  // nullptr: there is none, and pictures keep their coordinates
   Application& application;
   FileBrowser& fileBrowser;
-  Trash& trash;
+  Trash& trash;  // used on a queue of its own
   Sounds& sounds;
   SharedTables& tables;
   UserFolders folders;  // an empty data folder: there is no application-support folder
@@ -86,6 +87,7 @@ struct Host {
   Workspace* workspace = nullptr;              // then no link opens
   MetadataQuery* metadataQuery = nullptr;      // then folders are walked instead
   const PhotoLibrary* photoLibrary = nullptr;  // then there are no albums; read on a background queue
+  BoundedCalls* boundedCalls = nullptr;        // then even a disk that hangs is waited for
   std::string collationLocale{};               // of file names, as FileNameOrder.h says
 };
 

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,10 +18,12 @@
 #include <vector>
 
 #include "compositor/model/Layer.h"
+#include "engine/FolderLookup.h"
 #include "engine/Host.h"
 #include "engine/ImageHistory.h"
 #include "engine/ImageOrder.h"
 #include "engine/LastRunRecord.h"
+#include "engine/PictureDeletion.h"
 #include "engine/PrefetchSlot.h"
 #include "imaging/ImageInfo.h"
 #include "imaging/LayerText.h"
@@ -68,7 +71,6 @@ class LumivaneView {
   void logAndDisplayMessage(const std::string& text, bool asError);
   void logAndDisplayMessage(const std::string& text, const std::string& with, bool asError);
   void displayErrorMessage(const std::string& text, const std::string& with);
-  void logFileAccessError(const std::string& path);
   void displayMessage(const std::optional<std::string>& firstLine,
                       const std::optional<std::string>& secondLine);
   void printFilename(const std::string& path, const std::optional<std::string>& info = std::nullopt);
@@ -100,8 +102,6 @@ class LumivaneView {
   // --- Keys ---
   void keyDown(const KeyEvent& event);
   void flagsChanged(Modifiers held);
-  // Moves the file to the trash; false (and logged) when it stays where it is.
-  bool deleteFile(const std::string& path);
 
   // --- What the host sets and asks ---
   void setWindowResizingHappened(bool happened) { windowResizingHappened_ = happened; }
@@ -144,14 +144,10 @@ class LumivaneView {
  private:
   LumivaneView(RectPt frame, const Host& host);
 
-  // Set-up
-  void logBanner(RectPt frame);
+  // Set-up, the display and the window
   void makeLayers(RectPt frame);
   void setUpPhotoLibrary();
-
-  // The display and the window
   void listDisplays();
-  [[nodiscard]] std::size_t positionOfDisplay() const;
   void forgetPicturesInHand();
   void placeTextLayer(double screenHeight);
 
@@ -166,7 +162,8 @@ class LumivaneView {
   [[nodiscard]] Seconds fadeDuration() const;
   [[nodiscard]] bool choosePicture();  // false: nothing new is shown now
   void showHistoryEntry();
-  [[nodiscard]] bool loadInMainThread();
+  void loadDuePicture();
+  void duePictureAnswered(LoadOutcome outcome, const std::string& path, std::uint64_t changesBefore);
   void takePrefetchedPicture();
   [[nodiscard]] ImageInfo readImageInfo() const;
   void scheduleInformationLine(const ImageInfo& info, Seconds fade);
@@ -176,13 +173,13 @@ class LumivaneView {
   void putOnScreen(std::unique_ptr<Layer> layer, Seconds fade);
   void fadeInto(std::unique_ptr<Layer> layer, Seconds fade);
   void cutTo(std::unique_ptr<Layer> layer);
-  void animationDidStop(bool finished);
   void replaceCurrentLayer(std::unique_ptr<Layer> layer);
   void removeFromMainLayer(Layer*& layer);
 
   // Prefetching
   void schedulePrefetch();
   void loadNextImage();
+  void loadOnQueue(const std::string& path, std::function<void(LoadOutcome outcome)> answered);
   void tryNextPrefetch(int triesLeft);
   void prefetchAnswered(LoadOutcome outcome, int triesLeft);
   void acceptPrefetched(LoadedPicture picture);
@@ -193,11 +190,11 @@ class LumivaneView {
 
   // Texts
   void makeTextLayerRectangle(Layer& layer, double fontSizePt, std::string_view text, bool adjustWidth);
-
   void requestPlace(double latitude, double longitude);
 
   // Settings
-  void resolveBookmarks();
+  void resolveBookmarks(const std::string& displayName);
+  void bookmarksResolved(const ResolvedBookmarks& resolved, const std::string& displayName);
   [[nodiscard]] std::string supportFile(const std::string& name) const;
 
   // Keys
@@ -215,6 +212,7 @@ class LumivaneView {
   // Deletion
   [[nodiscard]] bool deleteShownImage();
   [[nodiscard]] bool shownFileIsNamed();
+  void shownImageDeleted(const std::string& path, ImageIndex index, const DeletionOutcome& outcome);
   void forgetImageAt(ImageIndex index);
 
   // A job that does nothing once this view is gone.
@@ -247,11 +245,14 @@ class LumivaneView {
   std::string current_image_path_;  // not filename_ where the list has shrunk since the picture was stored
   BitmapRef current_image_;
   std::shared_ptr<const PropertyDictionary> current_image_props_;
+  std::uint64_t pictureChanges_ = 0;  // how often another picture came on the screen
   std::uint64_t listGeneration_ = 0;  // tells a prefetch that its list has gone
   ImageOrder order_;
   ImageHistory history_;
   PrefetchSlot prefetch_;
   LastRunRecord lastRunRecord_;
+  PictureDeletion deletion_;
+  FolderLookup folderLookup_;
   MediaTime lastFrameTime_{};
   Seconds actual_fading_duration_{0};
   bool zoomIn_ = false;

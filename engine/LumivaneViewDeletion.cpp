@@ -1,12 +1,18 @@
 // The Delete key: the shown picture goes to the trash and out of the list.
+#include <algorithm>
+
 #include "engine/LumivaneView.h"
 #include "platform/PrintableText.h"
 
 namespace lumivane {
 namespace {
 
-bool canBeFileUrl(const std::string& path) {
-  return path.starts_with('/') && path.find('\0') == std::string::npos;
+std::optional<ImageIndex> positionOf(const std::string& path, const std::vector<std::string>& imagefiles,
+                                     ImageIndex likely) {
+  if (likely < imagefiles.size() && imagefiles[likely] == path) return likely;
+  const auto found = std::find(imagefiles.begin(), imagefiles.end(), path);
+  if (found == imagefiles.end()) return std::nullopt;
+  return static_cast<ImageIndex>(found - imagefiles.begin());
 }
 
 }  // namespace
@@ -20,14 +26,9 @@ bool LumivaneView::deleteShownImage() {
   }
   if (!shownFileIsNamed()) return true;
   logMessage("Deleting image " + printable(filename_), false);
-  if (deleteFile(filename_)) {
-    forgetImageAt(img_index_);
-    saveImageList();
-    startNewCycle();
-  } else {
-    host_.sounds.play(Sound::Funk, {});
-    logFileAccessError(filename_);
-  }
+  deletion_.begin(filename_, [this, path = filename_, index = img_index_](const DeletionOutcome& outcome) {
+    shownImageDeleted(path, index, outcome);
+  });
   return true;
 }
 
@@ -40,28 +41,30 @@ bool LumivaneView::shownFileIsNamed() {
   return false;
 }
 
-bool LumivaneView::deleteFile(const std::string& path) {
-  if (!host_.files.exists(path)) {
-    logMessage("Image at path " + printable(path) + " does not exist!", true);
-    return false;
-  }
-  if (!canBeFileUrl(path)) {
-    logMessage("fileURLWithPath failed for: " + printable(path) + "!", true);
-    return false;
-  }
-  if (const Result<Done> trashed = host_.trash.trashItem(path); !trashed) {
-    logMessage("Failed to delete " + printable(path) + "!\n Error: " + trashed.error(), true);
-    return false;
+// On a slow disk the show may have gone on meanwhile, or have another list.
+void LumivaneView::shownImageDeleted(const std::string& path, ImageIndex index,
+                                     const DeletionOutcome& outcome) {
+  if (outcome) {
+    logMessage(outcome->reason, true);
+    host_.sounds.play(Sound::Funk, {});
+    logMessage(outcome->fileAccess, true);
+    return;
   }
   host_.sounds.play(Sound::DragToTrash, [&log = host_.log](const std::string& /*reason*/) {
     log.error("Could not find system sound file for trash operation!");
   });
-  return true;
+  const std::optional<ImageIndex> position = positionOf(path, imagefiles_, index);
+  if (!position) return;
+  const bool stillShown = *position == img_index_ && filename_ == path;
+  forgetImageAt(*position);
+  saveImageList();
+  if (stillShown) startNewCycle();
 }
 
 // What the slot holds or the queue still brings was chosen by its position in the longer list.
 void LumivaneView::forgetImageAt(ImageIndex index) {
-  if (index < imagefiles_.size()) imagefiles_.erase(imagefiles_.begin() + static_cast<std::ptrdiff_t>(index));
+  imagefiles_.erase(imagefiles_.begin() + static_cast<std::ptrdiff_t>(index));
+  if (index < img_index_) --img_index_;
   prefetch_.empty();
   prefetch_.prefetchNextImageFailed_ = false;
   abandonPrefetch();

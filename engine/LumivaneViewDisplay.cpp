@@ -23,6 +23,12 @@ constexpr double kSmallScreenWidth = 800;
 constexpr double kSmallScreenHeight = 400;
 constexpr double kSmallScreenHelpScale = 0.6;
 
+// A window on no display that the window system lists counts as standing on the first.
+std::size_t positionOf(DisplayNumber display, const std::vector<DisplayNumber>& all) {
+  const auto found = std::find(all.begin(), all.end(), display);
+  return found == all.end() ? 0 : static_cast<std::size_t>(found - all.begin());
+}
+
 double helpFontSizeFor(std::uint32_t fontSize, SizePt screen) {
   const unsigned size = std::clamp(fontSize, kSmallestHelpFont, kLargestHelpFont);
   const bool smallScreen = screen.width < kSmallScreenWidth || screen.height < kSmallScreenHeight;
@@ -64,18 +70,12 @@ void LumivaneView::listDisplays() {
   }
   logMessage(std::to_string(allScreenIDs_.size()) + " displays attached", false);
 
-  const std::size_t position = positionOfDisplay();
+  const std::size_t position = positionOf(displayID_, allScreenIDs_);
   zoomIn_ = (position & 1U) != 0;
   makeNamesUnique(allScreenNames_, allScreenIDs_);
   displayName_ = position < allScreenNames_.size() ? allScreenNames_[position] : "unknown";
   time_offset_ = static_cast<float>(position) * kStaggerSeconds;
   logMessage("our display = " + printable(displayName_) + " (" + std::to_string(displayID_) + ")", false);
-}
-
-// A window on no display that the window system lists counts as standing on the first.
-std::size_t LumivaneView::positionOfDisplay() const {
-  const auto found = std::find(allScreenIDs_.begin(), allScreenIDs_.end(), displayID_);
-  return found == allScreenIDs_.end() ? 0 : static_cast<std::size_t>(found - allScreenIDs_.begin());
 }
 
 void LumivaneView::editDisplay(std::size_t position) {

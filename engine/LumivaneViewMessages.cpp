@@ -35,11 +35,6 @@ void LumivaneView::displayErrorMessage(const std::string& text, const std::strin
   }
 }
 
-void LumivaneView::logFileAccessError(const std::string& path) {
-  const Result<Done> probe = host_.files.probeForUpdating(path);
-  logMessage(probe ? "  No error found!" : "Error: " + probe.error(), true);
-}
-
 void LumivaneView::displayMessage(const std::optional<std::string>& firstLine,
                                   const std::optional<std::string>& secondLine) {
   errmesg_ = firstLine.value_or(" ");

@@ -42,13 +42,18 @@ Seconds LumivaneView::fadeDuration() const {
 // --- Which picture ---
 
 bool LumivaneView::choosePicture() {
-  if (std::exchange(windowResizingHappened_, false)) return current_image_ && current_image_props_;
+  if (std::exchange(windowResizingHappened_, false)) {
+    if (current_image_ && current_image_props_) return true;
+    if (prefetch_.full()) startNewCycle();  // the first picture came while the window was being resized
+    return false;
+  }
   host_.tables.shownFileByDisplay.erase(displayID_);
   if (displayImageFromHistory_) {
     showHistoryEntry();
-  } else if (prefetch_.full() || loadInMainThread()) {
+  } else if (prefetch_.full()) {
     takePrefetchedPicture();
   } else {
+    loadDuePicture();
     return false;
   }
   if (img_index_ < imagefiles_.size()) filename_ = imagefiles_[img_index_];
@@ -57,6 +62,7 @@ bool LumivaneView::choosePicture() {
 }
 
 void LumivaneView::showHistoryEntry() {
+  ++pictureChanges_;
   const HistoryEntry& entry = history_.loadFromHistoryImage();
   current_image_ = entry.img;
   current_image_props_ = entry.props;
@@ -65,31 +71,45 @@ void LumivaneView::showHistoryEntry() {
   displayImageFromHistory_ = false;
 }
 
-bool LumivaneView::loadInMainThread() {
+// A picture that is due and not in the slot is waited for, but by the queue: its disk may be slow, or gone. The frame
+// after its answer shows it.
+void LumivaneView::loadDuePicture() {
   if (prefetch_.prefetchNextImageFailed_) {
     displayErrorMessage("Several images in a row are gone!", "");
     prefetch_.prefetchNextImageFailed_ = false;
-    return false;
+    return;
   }
   if (prefetch_.prefetchNextImageRunning_) {
     logMessage("Background thread still loading: " + printable(pathAt(prefetch_.prefetch_img_index_)), false);
-    return false;
+    return;
   }
+  if (!prefetch_queue_) return;
   prefetch_.prefetch_img_index_ = nextImageIndex(img_index_);
   const std::string path = pathAt(prefetch_.prefetch_img_index_);
   logMessage("Loading image in main thread: " + printable(path), false);
-  LoadOutcome outcome = loadPicture(host_.decoder, path, loadLimits());
+  prefetch_.prefetchNextImageRunning_ = true;
+  loadOnQueue(path, [this, path, changesBefore = pictureChanges_](LoadOutcome outcome) {
+    duePictureAnswered(std::move(outcome), path, changesBefore);
+  });
+}
+
+// Whoever has stepped to another picture meanwhile sees that one for its time.
+void LumivaneView::duePictureAnswered(LoadOutcome outcome, const std::string& path,
+                                      std::uint64_t changesBefore) {
+  const bool stillDue = pictureChanges_ == changesBefore;
+  prefetch_.prefetchNextImageRunning_ = false;
   tell(outcome.messages);
   if (outcome.picture) {
     acceptPrefetched(std::move(*outcome.picture));
-    return true;
+    if (stillDue) startNewCycle();
+  } else if (stillDue) {
+    displayErrorMessage("Image gone: ", printable(path));
+    img_index_ = prefetch_.prefetch_img_index_;  // so that the next attempt goes past it
   }
-  displayErrorMessage("Image gone: ", printable(path));
-  img_index_ = prefetch_.prefetch_img_index_;  // so that the next attempt goes past it
-  return false;
 }
 
 void LumivaneView::takePrefetchedPicture() {
+  ++pictureChanges_;
   current_image_ = std::move(prefetch_.prefetched_image_);
   prefetch_.empty();
   img_index_ = prefetch_.prefetch_img_index_;
@@ -172,7 +192,9 @@ void LumivaneView::fadeInto(std::unique_ptr<Layer> layer, Seconds fade) {
   removeFromMainLayer(formerLayer_);
   formerLayer_ = currentLayer_;
   BasicAnimation fadeOut = makeOpacityAnimWithDuration(fade - kFadeOutLead, 1, 0);
-  fadeOut.didStop = [this](bool finished) { animationDidStop(finished); };
+  fadeOut.didStop = [this](bool finished) {
+    if (finished) removeFromMainLayer(formerLayer_);
+  };
   formerLayer_->addAnimation(std::move(fadeOut), kFadeOutAnimKey, mediaNow());
   currentLayer_ = mainLayer_->addSublayerBelow(std::move(layer), textLayer_);
 }
@@ -181,10 +203,6 @@ void LumivaneView::cutTo(std::unique_ptr<Layer> layer) {
   actual_fading_duration_ = Seconds{0};
   replaceCurrentLayer(std::move(layer));
   removeFromMainLayer(formerLayer_);
-}
-
-void LumivaneView::animationDidStop(bool finished) {
-  if (finished) removeFromMainLayer(formerLayer_);
 }
 
 void LumivaneView::replaceCurrentLayer(std::unique_ptr<Layer> layer) {

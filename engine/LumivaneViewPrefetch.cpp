@@ -1,6 +1,6 @@
 // The picture after this one, decoded ahead of time on the prefetch queue.
 //
-// Everything but the decoding itself happens on the main thread: a try is chosen here, decoded there, and its outcome
+// Everything but the reading of the file happens on the main thread: a try is chosen here, decoded there, and its outcome
 // comes back through the main loop. So nothing is shared, and the main thread never waits.
 #include <utility>
 
@@ -13,6 +13,14 @@ namespace {
 // Long enough for a change to settle before the machine is busy with the next picture.
 constexpr std::chrono::seconds kPrefetchDelay{2};
 constexpr double kPrefetchLayerZPosition = -10;
+
+// On the queue, too: the file may lie on a disk that does not answer.
+void tellWhyInaccessible(const Files& files, LoadOutcome& outcome) {
+  for (LoadMessage& message : outcome.messages) {
+    if (message.kind == LoadMessage::Kind::FileAccessError)
+      message = {LoadMessage::Kind::LogError, fileAccessText(files, message.with), {}};
+  }
+}
 
 }  // namespace
 
@@ -34,13 +42,19 @@ void LumivaneView::loadNextImage() {
 
 void LumivaneView::tryNextPrefetch(int triesLeft) {
   prefetch_.prefetch_img_index_ = nextImageIndex(prefetch_.prefetch_img_index_);
-  // The job may outlive the view, but not the decoder and the main loop, which belong to the host.
-  prefetch_queue_->async([&decoder = host_.decoder, &mainLoop = host_.mainLoop, alive = std::weak_ptr(alive_),
-                          this, path = pathAt(prefetch_.prefetch_img_index_), limits = loadLimits(),
-                          triesLeft, generation = listGeneration_] {
+  loadOnQueue(pathAt(prefetch_.prefetch_img_index_),
+              [this, triesLeft](LoadOutcome outcome) { prefetchAnswered(std::move(outcome), triesLeft); });
+}
+
+// The job may outlive the view, but not the decoder, the files and the main loop, which belong to the host.
+void LumivaneView::loadOnQueue(const std::string& path, std::function<void(LoadOutcome outcome)> answered) {
+  prefetch_queue_->async([&decoder = host_.decoder, &files = host_.files, &mainLoop = host_.mainLoop,
+                          alive = std::weak_ptr(alive_), this, path, limits = loadLimits(),
+                          answered = std::move(answered), generation = listGeneration_] {
     auto outcome = std::make_shared<LoadOutcome>(loadPicture(decoder, path, limits));
-    mainLoop.post([alive, this, outcome, triesLeft, generation] {
-      if (!alive.expired() && generation == listGeneration_) prefetchAnswered(std::move(*outcome), triesLeft);
+    tellWhyInaccessible(files, *outcome);
+    mainLoop.post([alive, this, outcome, answered, generation] {
+      if (!alive.expired() && generation == listGeneration_) answered(std::move(*outcome));
     });
   });
 }
@@ -91,8 +105,7 @@ void LumivaneView::tell(const std::vector<LoadMessage>& messages) {
         displayErrorMessage(message.text, message.with);
         break;
       case LoadMessage::Kind::FileAccessError:
-        logFileAccessError(message.with);
-        break;
+        break;  // was turned into the log's line where the file was touched
     }
   }
 }

@@ -24,10 +24,7 @@ void LumivaneView::loadPreferences(const std::string& displayName) {
   if (settings_.useAlbum_) {
     logMessage("Selected Album = " + printable(settings_.selectedAlbum_), false);
   } else {
-    resolveBookmarks();
-    if (!mainDirectoryLocation_) {
-      displayErrorMessage("Change pics folder in Preferences for monitor " + printable(displayName), "");
-    }
+    resolveBookmarks(displayName);
   }
   // The next picture is due at once, but for the stagger between displays.
   const float sinceLastChange = static_cast<float>(settings_.durationPerImage_) - time_offset_;
@@ -38,8 +35,17 @@ void LumivaneView::loadPreferences(const std::string& displayName) {
   helptext_ = std::string(helpText(settings_.enableDeleteAtRuntime_));
 }
 
-void LumivaneView::resolveBookmarks() {
-  const ResolvedBookmarks resolved = lumivane::resolveBookmarks(settings_.directoryBookmarks_, host_.log);
+// A disk that is asleep or gone may answer late. By then the user may have chosen another folder.
+void LumivaneView::resolveBookmarks(const std::string& displayName) {
+  const std::vector<FolderBookmark>& bookmarks = settings_.directoryBookmarks_;
+  const auto assumed = recordedFolders(bookmarks).mainDirectoryLocation;
+  const auto late = [this, assumed, displayName](const ResolvedBookmarks& resolved) {
+    if (mainDirectoryLocation_ == assumed) bookmarksResolved(resolved, displayName);
+  };
+  bookmarksResolved(folderLookup_.resolve(bookmarks, late), displayName);
+}
+
+void LumivaneView::bookmarksResolved(const ResolvedBookmarks& resolved, const std::string& displayName) {
   mainDirectoryLocation_ = resolved.mainDirectoryLocation;
   if (resolved.moved) displayErrorMessage(std::string(kFoldersMovedMessage), "");
   logMessage("Directory location = " + printable(mainDirectoryLocation_.value_or("(null)")), false);
@@ -47,6 +53,8 @@ void LumivaneView::resolveBookmarks() {
   for (const std::string& folder : resolved.opened)
     folders += (folders.empty() ? "" : ", ") + printable(folder);
   logMessage("Directory bookmarks = (" + folders + ")", false);
+  if (!mainDirectoryLocation_)
+    displayErrorMessage("Change pics folder in Preferences for monitor " + printable(displayName), "");
 }
 
 void LumivaneView::saveConfig() {

@@ -14,6 +14,25 @@ namespace {
 constexpr Color kWhite{1, 1, 1, 1};
 constexpr double kTextShadowOpacity = 0.5;
 
+void logBanner(const Host& host, const void* identity, RectPt frame) {
+  Log& log = host.log;
+  std::string version = host.programVersion.shortVersion;
+  if (version.empty()) {
+    log.error("CFBundleShortVersionString not found!");
+    version = "?";
+  }
+  const std::string build = host.programVersion.build.empty() ? "??" : host.programVersion.build;
+  log.information(formatted("LumivaneApp started (version: %s (#%s)) (id = %p)", version.c_str(),
+                            build.c_str(), identity));
+  log.information("\n");
+  const SystemVersion& system = host.systemVersion;
+  log.information(
+      formatted("macOS version: %ld.%ld.%ld", system.majorNumber, system.minorNumber, system.patchNumber));
+  log.information("\n");
+  log.information(formatted("initWithFrame: origin = %f , %f ;  size = %f , %f", frame.origin.x,
+                            frame.origin.y, frame.size.width, frame.size.height));
+}
+
 }  // namespace
 
 std::unique_ptr<LumivaneView> LumivaneView::initWithFrame(RectPt frame, bool /*isPreview*/,
@@ -28,9 +47,11 @@ LumivaneView::LumivaneView(RectPt frame, const Host& host)
       order_(host.random, host.log),
       history_(host.memory, host.log),
       lastRunRecord_(host.files, host.log),
+      deletion_(host.queues, host.mainLoop, host.files, host.trash),
+      folderLookup_(host.boundedCalls, host.mainLoop, host.log),
       preferences_(host.settings, host.log),
       collectionScan_(std::make_unique<CollectionScan>(*this, host_)) {
-  logBanner(frame);
+  logBanner(host_, this, frame);
   makeLayers(frame);
   if (host_.geocoder == nullptr) logMessage("Initializing the geocoder failed!", true);
   appSupportDir_ = host_.folders.data;
@@ -48,27 +69,6 @@ LumivaneView::LumivaneView(RectPt frame, const Host& host)
 LumivaneView::~LumivaneView() {
   collectionScan_->end();
   prefetch_queue_.reset();
-}
-
-void LumivaneView::logBanner(RectPt frame) {
-  std::string version = host_.programVersion.shortVersion;
-  if (version.empty()) {
-    logMessage("CFBundleShortVersionString not found!", true);
-    version = "?";
-  }
-  const std::string build = host_.programVersion.build.empty() ? "??" : host_.programVersion.build;
-  logMessage(formatted("LumivaneApp started (version: %s (#%s)) (id = %p)", version.c_str(), build.c_str(),
-                       static_cast<void*>(this)),
-             false);
-  logMessage("\n", false);
-  const SystemVersion& system = host_.systemVersion;
-  logMessage(
-      formatted("macOS version: %ld.%ld.%ld", system.majorNumber, system.minorNumber, system.patchNumber),
-      false);
-  logMessage("\n", false);
-  logMessage(formatted("initWithFrame: origin = %f , %f ;  size = %f , %f", frame.origin.x, frame.origin.y,
-                       frame.size.width, frame.size.height),
-             false);
 }
 
 void LumivaneView::makeLayers(RectPt frame) {

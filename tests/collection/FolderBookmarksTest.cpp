@@ -66,6 +66,18 @@ TEST_F(FolderBookmarksTest, NothingChosenResolvesToNothingWithoutAWord) {
   EXPECT_THAT(log_.entries(), IsEmpty());
 }
 
+TEST_F(FolderBookmarksTest, RecordedFoldersAreToldWithoutLookingForThem) {
+  const std::string a = folder_.makeFolder("a");
+  const std::string b = folder_.makeFolder("b");
+  std::vector<FolderBookmark> bookmarks = bookmarksOf({a, b});
+  std::filesystem::remove(a);
+  EXPECT_EQ(recordedFolders(bookmarks), (ResolvedBookmarks{a, {a, b}, false}));
+  bookmarks[0] = "damaged";
+  EXPECT_EQ(recordedFolders(bookmarks), (ResolvedBookmarks{std::nullopt, {b}, false}));
+  EXPECT_EQ(recordedFolders(emptyBookmarks()), ResolvedBookmarks{});
+  EXPECT_EQ(recordedFolders(std::nullopt), ResolvedBookmarks{});
+}
+
 TEST_F(FolderBookmarksTest, LostFolderIsToldAndTheOthersAreOpened) {
   const std::string a = folder_.makeFolder("a");
   const std::string b = folder_.makeFolder("b");

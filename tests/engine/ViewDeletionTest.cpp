@@ -15,6 +15,11 @@ struct ViewDeletionTest : ViewTest {
     for (std::size_t i = 0; i < 10; ++i) files.content[path(i)] = "picture";
     displays.all = {{1, "Color LCD", {1920, 1080}, 1}, {2, "Other", {1920, 1080}, 1}};
   }
+  // The queue moves the file, and tells.
+  void press(char32_t character) {
+    ViewTest::press(character);
+    loop.runPending();
+  }
   void show(const std::string& wanted) {
     start();
     beat();
@@ -107,9 +112,12 @@ TEST_F(ViewDeletionTest, aFileThatIsGoneAlreadyStaysInTheList) {
 }
 
 TEST_F(ViewDeletionTest, anUnusablePathIsRefused) {
-  start();
   files.content["relative.jpg"] = "picture";
-  EXPECT_FALSE(view->deleteFile("relative.jpg"));
+  decoder.pictures["relative.jpg"] = pictureOf(400, 300);
+  storeList({"relative.jpg"});
+  start();
+  beat();
+  press(kDeleteCharacter);
   EXPECT_TRUE(log.has("fileURLWithPath failed for: relative.jpg!", LogLevel::Error));
   EXPECT_TRUE(trash.trashed.empty());
 }
@@ -136,6 +144,63 @@ TEST_F(ViewDeletionTest, dontDeleteAPictureThatIsNotOnTheScreen) {
   press(kDeleteCharacter);
   EXPECT_EQ(trash.trashed, std::vector{path(3)});
   EXPECT_EQ(view->firstLine(), "Can't delete " + path(4));
+}
+
+// --- A disk that takes its time ---
+
+struct SlowDeletionTest : ViewDeletionTest {
+  void showThenDelete(const std::string& wanted, Nanoseconds diskTime) {
+    show(wanted);
+    run(Seconds{5});  // the next picture waits in the slot
+    queues.jobTime = diskTime;
+    ViewTest::press(kDeleteCharacter);
+  }
+};
+
+TEST_F(SlowDeletionTest, theShowGoesOnMeanwhileAndNoOtherPictureGoes) {
+  showThenDelete(path(3), std::chrono::seconds(30));
+  run(Seconds{6});
+  ASSERT_EQ(view->filename(), path(4)) << "changed in time";
+  EXPECT_EQ(view->imageFiles().size(), 10U);
+  queues.jobTime = Nanoseconds{0};
+  const std::string shown = view->filename();
+  while (trash.trashed.empty()) run(Seconds{0.02});
+  run(Seconds{0.02});
+  EXPECT_EQ(trash.trashed, std::vector{path(3)});
+  EXPECT_EQ(std::count(view->imageFiles().begin(), view->imageFiles().end(), path(3)), 0);
+  EXPECT_EQ(view->imageFiles().size(), 9U);
+  EXPECT_EQ(storedList(), view->imageFiles());
+  EXPECT_EQ(view->imageFiles()[view->imageIndex()], view->filename()) << "was " << shown;
+}
+
+TEST_F(SlowDeletionTest, anImpatientUserDeletesOnce) {
+  showThenDelete(path(3), std::chrono::seconds(2));
+  for (int i = 0; i < 5; ++i) ViewTest::press(kDeleteCharacter);
+  run(Seconds{2.1});
+  EXPECT_EQ(trash.trashed, std::vector{path(3)});
+  EXPECT_FALSE(log.has("Image at path " + path(3) + " does not exist!", LogLevel::Error));
+}
+
+TEST_F(SlowDeletionTest, aListThatIsReadAnewMeanwhileLosesThePictureToo) {
+  showThenDelete(path(3), std::chrono::seconds(2));
+  storeList({path(8), path(3), path(5)});
+  view->loadImageList(view->displayName());
+  run(Seconds{2.1});
+  EXPECT_EQ(view->imageFiles(), (std::vector{path(8), path(5)}));
+}
+
+TEST_F(SlowDeletionTest, anotherListIsLeftAlone) {
+  showThenDelete(path(3), std::chrono::seconds(2));
+  storeList({path(8), path(5)});
+  view->loadImageList(view->displayName());
+  run(Seconds{2.1});
+  EXPECT_EQ(view->imageFiles(), (std::vector{path(8), path(5)}));
+}
+
+TEST_F(SlowDeletionTest, aViewThatIsGoneHearsNothingMore) {
+  showThenDelete(path(3), std::chrono::seconds(2));
+  view.reset();
+  loop.runFor(std::chrono::seconds(5));
 }
 
 TEST_F(ViewDeletionTest, deletingTheLastPictureEmptiesTheList) {

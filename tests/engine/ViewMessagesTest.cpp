@@ -76,11 +76,11 @@ TEST_F(ViewMessagesTest, anErrorMakesTheNextPictureComeSooner) {
 }
 
 TEST_F(ViewMessagesTest, probesAFileThatCannotBeOpened) {
+  files.content["/there"] = "x";  // and no picture
+  storeList({"/there", "/nowhere"});
   start();
-  view->logFileAccessError("/nowhere");
+  run(Seconds{30});
   EXPECT_TRUE(log.has("Error: /nowhere: No such file or directory", LogLevel::Error));
-  files.content["/there"] = "x";
-  view->logFileAccessError("/there");
   EXPECT_TRUE(log.has("  No error found!", LogLevel::Error));
 }
 

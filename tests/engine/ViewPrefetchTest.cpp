@@ -84,9 +84,9 @@ TEST_F(ViewPrefetchTest, givesUpAfterFiveAndSaysSo) {
 
 TEST_F(ViewPrefetchTest, aChangeThatComesTooEarlyWaitsAPeriod) {
   listPictures(10);
-  queues.jobTime = std::chrono::seconds(30);
   start();
   beat();
+  queues.jobTime = std::chrono::seconds(30);
   run(Seconds{10.02});
   EXPECT_EQ(view->filename(), path(1));
   EXPECT_TRUE(log.has("Background thread still loading: " + path(2), LogLevel::Information));
@@ -126,9 +126,9 @@ TEST_F(ViewPrefetchTest, steppingQuicklyLosesNoPictureOfThePass) {
 
 TEST_F(ViewPrefetchTest, anAnswerForAnotherListIsDropped) {
   listPictures(5);
-  queues.jobTime = std::chrono::seconds(3);
   start();
   beat();
+  queues.jobTime = std::chrono::seconds(3);
   run(Seconds{2.5});
   ASSERT_TRUE(view->prefetchSlot().prefetchNextImageRunning_);
   storeList({"/other/a.jpg"});
@@ -140,23 +140,85 @@ TEST_F(ViewPrefetchTest, anAnswerForAnotherListIsDropped) {
 // Once a list that was read anew left the show waiting for ever for a prefetch of the old one.
 TEST_F(ViewPrefetchTest, doesNotWaitForAPrefetchOfAnotherList) {
   listPictures(5);
-  queues.jobTime = std::chrono::seconds(3);
   start();
   beat();
+  queues.jobTime = std::chrono::seconds(3);
   run(Seconds{2.5});
   ASSERT_TRUE(view->prefetchSlot().prefetchNextImageRunning_);
   view->loadImageList(view->displayName());
   EXPECT_FALSE(view->prefetchSlot().prefetchNextImageRunning_);
   const std::string shown = view->filename();
-  run(Seconds{10});
+  run(Seconds{14});
   EXPECT_NE(view->filename(), shown);
+}
+
+// --- A picture that is due and not there yet ---
+
+TEST_F(ViewPrefetchTest, aDuePictureIsShownAsSoonAsItComes) {
+  listPictures(5);
+  queues.jobTime = std::chrono::seconds(25);
+  start();
+  run(Seconds{24.9});
+  EXPECT_TRUE(view->filename().empty());
+  EXPECT_EQ(log.countStartingWith("Loading image in main thread"), 1U) << "asked for once";
+  EXPECT_EQ(log.count("Background thread still loading: " + path(1)), 2U) << "a period apart";
+  run(Seconds{0.2});
+  EXPECT_EQ(view->filename(), path(1));
+  queues.jobTime = Nanoseconds{0};
+  run(Seconds{9.7});
+  EXPECT_EQ(view->filename(), path(1)) << "and stays for its time";
+}
+
+TEST_F(ViewPrefetchTest, aLateDuePictureDoesNotTakeThePlaceOfOneThatWasSteppedTo) {
+  listPictures(5);
+  start();
+  beat();
+  runUntilChange();
+  ASSERT_EQ(view->filename(), path(2));
+  queues.jobTime = std::chrono::seconds(3);
+  press(kRightArrowCharacter);
+  run(Seconds{0.1});
+  ASSERT_TRUE(view->prefetchSlot().prefetchNextImageRunning_);
+  press(kLeftArrowCharacter);
+  run(Seconds{0.1});
+  ASSERT_EQ(view->filename(), path(1));
+  run(Seconds{5});
+  EXPECT_EQ(view->filename(), path(1));
+  EXPECT_TRUE(view->prefetchSlot().full()) << "it waits in the slot";
+}
+
+TEST_F(ViewPrefetchTest, aMissingDuePictureSaysNothingOverOneThatWasSteppedTo) {
+  listPictures(5);
+  start();
+  beat();
+  runUntilChange();
+  breakPictures({3});
+  queues.jobTime = std::chrono::seconds(1);
+  press(kRightArrowCharacter);
+  run(Seconds{0.1});
+  press(kLeftArrowCharacter);
+  run(Seconds{0.1});
+  const ImageIndex shown = view->imageIndex();
+  run(Seconds{2});
+  EXPECT_EQ(view->imageIndex(), shown);
+}
+
+TEST_F(ViewPrefetchTest, aResizeBeforeTheFirstPictureCostsNoPeriod) {
+  listPictures(5);
+  start();
+  view->animateOneFrame();
+  loop.runPending();
+  ASSERT_TRUE(view->prefetchSlot().full());
+  view->viewDidEndLiveResize();
+  run(Seconds{0.06});
+  EXPECT_EQ(view->filename(), path(1));
 }
 
 TEST_F(ViewPrefetchTest, aViewThatIsGoneHearsNothingMore) {
   listPictures(5);
-  queues.jobTime = std::chrono::seconds(3);
   start();
   beat();
+  queues.jobTime = std::chrono::seconds(3);
   run(Seconds{2.5});
   view.reset();
   loop.runFor(std::chrono::seconds(60));

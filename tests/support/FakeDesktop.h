@@ -1,6 +1,7 @@
 // A whole world for one view in virtual time: displays, files, settings, pictures, memory, text.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -30,10 +31,12 @@ struct FakePicture {
 
 class FakeImageDecoder final : public ImageDecoder {
  public:
-  std::map<std::string, FakePicture> pictures;  // by path; any other path cannot be opened
-  std::map<std::string, int> decodes;           // how often each path was decoded
+  std::map<std::string, FakePicture> pictures;           // by path; any other path cannot be opened
+  std::map<std::string, int> decodes;                    // how often each path was decoded
+  std::function<void(const std::string& path)> touched;  // told of every picture that is opened
 
   [[nodiscard]] std::unique_ptr<ImageSource> open(const std::string& path) override {
+    if (touched) touched(path);
     const auto found = pictures.find(path);
     if (found == pictures.end() || !found->second.opens) return nullptr;
     return std::make_unique<Source>(*this, path, found->second);
@@ -122,6 +125,7 @@ class FakeTrash final : public Trash {
   std::optional<std::string> failure;
   std::vector<std::string> trashed;
   [[nodiscard]] Result<Done> trashItem(const std::string& path) override {
+    if (files_.touched) files_.touched(path);
     if (failure) return Error{*failure};
     files_.content.erase(path);
     trashed.push_back(path);

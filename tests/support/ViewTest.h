@@ -99,7 +99,8 @@ class ViewTest : public testing::Test {
             .helpPanel = helpPanel,
             .workspace = workspace,
             .metadataQuery = metadataQuery,
-            .photoLibrary = photoLibrary};
+            .photoLibrary = photoLibrary,
+            .boundedCalls = boundedCalls};
   }
 
   // Lets time pass with the heartbeat of the real program, 50 a second.
@@ -113,6 +114,9 @@ class ViewTest : public testing::Test {
   void beat() {
     view->mainLayer().finishAnimations(mediaSeconds(clock.now()));
     view->animateOneFrame();
+    if (view->prefetchSlot().full()) return;
+    loop.runPending();  // a queue that answers at once
+    if (view->prefetchSlot().full()) view->animateOneFrame();
   }
   // Runs until the next picture stands on the screen.
   void runUntilChange(Seconds atMost = Seconds{120}) {
@@ -161,6 +165,7 @@ class ViewTest : public testing::Test {
   Workspace* workspace = nullptr;
   MetadataQuery* metadataQuery = nullptr;
   const PhotoLibrary* photoLibrary = nullptr;
+  BoundedCalls* boundedCalls = nullptr;
   std::unique_ptr<LumivaneView> view;
 };
 
