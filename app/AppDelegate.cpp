@@ -40,7 +40,8 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
   if (!context) return Error{context.error()};
   openWindow(context.value()->format());
   surface_ = std::make_unique<QtGlSurface>(*window_, std::move(context.value()));
-  renderThread_ = std::make_unique<RenderThread>(*surface_, host_.clock, host_.log);
+  firstFrame_ = std::make_unique<FirstFrame>(mainLoop_, [this] { helpTheFirstStart(); });
+  renderThread_ = std::make_unique<RenderThread>(*surface_, host_.clock, host_.log, firstFrame_.get());
 
   masterViewController_.viewDidLoad({{0, 0}, window_->frame().size});
   LumivaneView& view = masterViewController_.saver();
@@ -58,7 +59,6 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
   view.setScreensaverSurrogateMode(flags_.surrogate);
   launcher_.writeAliveFile(host_.clock.wallTime());
   if (flags_.surrogate) startSurrogateMode();
-  helpTheFirstStart();
   return Done{};
 }
 
@@ -79,7 +79,7 @@ void AppDelegate::startSurrogateMode() {
 // Nobody has to find the menu by luck before there is a picture to see.
 void AppDelegate::helpTheFirstStart() {
   if (flags_.surrogate || masterViewController_.saver().hasFolder()) return;
-  host_.mainLoop.post([this] { masterViewController_.showPreferences(); });
+  masterViewController_.showPreferences();
 }
 
 void AppDelegate::endOfTurn() {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "app/FirstFrame.h"
 #include "app/LaunchFlags.h"
 #include "app/LauncherFiles.h"
 #include "app/LayerTreeCommit.h"
@@ -77,6 +78,7 @@ class AppDelegate final : public WindowListener {
   MasterViewController masterViewController_;
   std::unique_ptr<SlideshowWindow> window_;
   std::unique_ptr<QtGlSurface> surface_;
+  std::unique_ptr<FirstFrame> firstFrame_;
   std::unique_ptr<RenderThread> renderThread_;  // ends before the surface and the window
   std::unique_ptr<LayerTreeCommit> commit_;
   std::unique_ptr<PointerHiding> pointer_;

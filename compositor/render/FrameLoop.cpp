@@ -1,5 +1,6 @@
 #include "compositor/render/FrameLoop.h"
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <string>
@@ -41,12 +42,13 @@ Nanoseconds intervalOf(const GlSurface& surface) {
 }  // namespace
 
 FrameLoop::FrameLoop(GlSurface& surface, const Clock& clock, Log& log, SnapshotMailbox& mailbox,
-                     PainterMaker makePainter)
+                     PainterMaker makePainter, FrameWatcher* watcher)
     : surface_(surface),
       clock_(clock),
       log_(log),
       mailbox_(mailbox),
       makePainter_(std::move(makePainter)),
+      watcher_(watcher),
       pacer_(intervalOf(surface)) {}
 
 void FrameLoop::run() {
@@ -96,14 +98,21 @@ FrameLoop::Next FrameLoop::turn(const SnapshotMailbox::News& news) {
 }
 
 FrameLoop::Next FrameLoop::drawFrame() {
-  pacer_.setInterval(intervalOf(surface_));
-  const Seconds seen = mediaSeconds(pacer_.begin(clock_.now()));
+  ShownFrame frame{.begun = clock_.now(), .refreshInterval = surface_.refreshInterval()};
+  pacer_.setInterval(wholeNanoseconds(frame.refreshInterval));
+  const Seconds seen = mediaSeconds(pacer_.begin(frame.begun));
   const DrawList list = evaluate(*snapshot_, seen);
   const bool moving = isMoving(*snapshot_, seen);
   painter_->want(list.wanted);
-  const auto uploads = painter_->upload(moving ? kUploadWhileMoving : kUploadWhileStill);
+  const auto uploads = upload(moving ? kUploadWhileMoving : kUploadWhileStill);
   painter_->draw(list, surface_.sizePx());
   surface_.swapBuffers();
+  if (watcher_ != nullptr) {
+    frame.shown = clock_.now();
+    frame.moving = moving;
+    frame.longestUpload = std::exchange(longestUpload_, {});
+    watcher_->frameShown(frame);
+  }
   if (const auto failure = painter_->failure()) logOnce(*failure);
   if (moving) return Next::Frame;
   pacer_.rest();
@@ -111,9 +120,16 @@ FrameLoop::Next FrameLoop::drawFrame() {
 }
 
 FrameLoop::Next FrameLoop::uploadOnly() {
-  const auto uploads = painter_->upload(kUploadWhileStill);
+  const auto uploads = upload(kUploadWhileStill);
   if (uploads.shownBetter) return drawFrame();
   return uploads.pending ? Next::Upload : Next::Sleep;
+}
+
+UploadProgress FrameLoop::upload(Nanoseconds budget) {
+  const MediaTime begun = clock_.now();
+  const auto progress = painter_->upload(budget);
+  if (progress.sent) longestUpload_ = std::max(longestUpload_, clock_.now() - begun);
+  return progress;
 }
 
 void FrameLoop::closeDown() {

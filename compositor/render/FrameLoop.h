@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "compositor/render/FramePacer.h"
+#include "compositor/render/FrameWatcher.h"
 #include "compositor/render/GlSurface.h"
 #include "compositor/render/Painter.h"
 #include "compositor/render/SnapshotMailbox.h"
@@ -22,7 +23,7 @@ namespace lumivane {
 class FrameLoop {
  public:
   FrameLoop(GlSurface& surface, const Clock& clock, Log& log, SnapshotMailbox& mailbox,
-            PainterMaker makePainter);
+            PainterMaker makePainter, FrameWatcher* watcher = nullptr);
 
   // Returns when the mailbox is stopped, with all GL objects freed and the context given back.
   void run();
@@ -40,6 +41,7 @@ class FrameLoop {
   [[nodiscard]] Next turn(const SnapshotMailbox::News& news);
   [[nodiscard]] Next drawFrame();
   [[nodiscard]] Next uploadOnly();
+  [[nodiscard]] UploadProgress upload(Nanoseconds budget);
   void closeDown();
   void logOnce(std::string_view failure);
 
@@ -49,10 +51,12 @@ class FrameLoop {
   Log& log_;
   SnapshotMailbox& mailbox_;
   PainterMaker makePainter_;
+  FrameWatcher* watcher_;  // may be nullptr
 
   FramePacer pacer_;
   std::shared_ptr<const FrameSnapshot> snapshot_;
   std::unique_ptr<Painter> painter_;
+  Nanoseconds longestUpload_{};  // since the last frame
   bool contextMade_ = false;
   bool failureLogged_ = false;
   Next next_ = Next::Sleep;

@@ -18,6 +18,7 @@
 namespace lumivane {
 
 struct UploadProgress {
+  bool sent = false;         // something was sent
   bool pending = false;      // there is more to send
   bool shownBetter = false;  // a texture that is shown has become usable or more detailed
 };

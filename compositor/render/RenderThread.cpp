@@ -10,14 +10,17 @@
 
 namespace lumivane {
 
-RenderThread::RenderThread(GlSurface& surface, const Clock& clock, Log& log)
-    : RenderThread(surface, clock, log, [&clock] { return std::make_unique<Renderer>(clock); }) {}
+RenderThread::RenderThread(GlSurface& surface, const Clock& clock, Log& log, FrameWatcher* watcher)
+    : RenderThread(
+          surface, clock, log, [&clock] { return std::make_unique<Renderer>(clock); }, watcher) {}
 
-RenderThread::RenderThread(GlSurface& surface, const Clock& clock, Log& log, PainterMaker makePainter)
+RenderThread::RenderThread(GlSurface& surface, const Clock& clock, Log& log, PainterMaker makePainter,
+                           FrameWatcher* watcher)
     : surface_(surface),
       clock_(clock),
       log_(log),
       makePainter_(std::move(makePainter)),
+      watcher_(watcher),
       thread_([this](const std::stop_token& stop) { run(stop); }) {}
 
 RenderThread::~RenderThread() = default;
@@ -33,7 +36,7 @@ void RenderThread::setExposed(bool exposed) {
 void RenderThread::run(const std::stop_token& stop) {
   const std::stop_callback wake(stop, [this] { mailbox_.stop(); });
   try {
-    FrameLoop(surface_, clock_, log_, mailbox_, makePainter_).run();
+    FrameLoop(surface_, clock_, log_, mailbox_, makePainter_, watcher_).run();
   } catch (const std::exception& failure) {
     log_.error("The render thread ended: " + std::string(failure.what()));
   } catch (...) {

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "compositor/model/LayerSnapshot.h"
+#include "compositor/render/FrameWatcher.h"
 #include "compositor/render/GlSurface.h"
 #include "compositor/render/Painter.h"
 #include "compositor/render/SnapshotMailbox.h"
@@ -22,10 +23,12 @@ namespace lumivane {
 
 class RenderThread {
  public:
-  // The surface, the clock and the log must outlive the thread. GL is first touched after setExposed(true).
-  RenderThread(GlSurface& surface, const Clock& clock, Log& log);
+  // The surface, the clock, the log and the watcher (may be nullptr) must outlive the thread. GL is first touched after
+  // setExposed(true).
+  RenderThread(GlSurface& surface, const Clock& clock, Log& log, FrameWatcher* watcher = nullptr);
   // The same with another painter in place of the renderer.
-  RenderThread(GlSurface& surface, const Clock& clock, Log& log, PainterMaker makePainter);
+  RenderThread(GlSurface& surface, const Clock& clock, Log& log, PainterMaker makePainter,
+               FrameWatcher* watcher = nullptr);
   // Stops and joins; the surface's context is free afterwards.
   ~RenderThread();
   RenderThread(const RenderThread&) = delete;
@@ -47,6 +50,7 @@ class RenderThread {
   const Clock& clock_;
   Log& log_;
   PainterMaker makePainter_;
+  FrameWatcher* watcher_;
 
   SnapshotMailbox mailbox_;
   std::jthread thread_;  // last: ends before what it uses

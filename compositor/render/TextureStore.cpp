@@ -65,6 +65,7 @@ bool TextureStore::uploadSlice(UploadProgress& progress) {
   const auto finest = [](const TextureUpload& u) { return u.usable() ? u.finestLevel() : std::size_t(-1); };
   const std::size_t before = finest(*picture->current);
   upload->step();
+  progress.sent = true;
   if (picture->larger && finest(*picture->larger) < finest(*picture->current)) {
     keepSpare(std::exchange(picture->current, std::move(picture->larger)));
   }

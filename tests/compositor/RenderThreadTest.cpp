@@ -113,6 +113,7 @@ class NotingPainter final : public Painter {
     notes_.note([&] {
       ++notes_.uploads;
       notes_.budgets.push_back(budget);
+      progress.sent = notes_.uploadsPending > 0;
       if (notes_.uploadsPending > 0) --notes_.uploadsPending;
       progress.pending = notes_.uploadsPending > 0;
       progress.shownBetter = notes_.uploadsPending == 1;
@@ -137,14 +138,27 @@ class NotingPainter final : public Painter {
   Notes& notes_;
 };
 
+// Keeps what it is told, under the notes' lock.
+class NotingWatcher final : public FrameWatcher {
+ public:
+  explicit NotingWatcher(Notes& notes) : notes_(notes) {}
+  void frameShown(const ShownFrame& frame) override {
+    notes_.note([&] { frames.push_back(frame); });
+  }
+  std::vector<ShownFrame> frames;
+
+ private:
+  Notes& notes_;
+};
+
 class RenderThreadTest : public testing::Test {
  protected:
   RenderThreadTest() {
     root.edit([](LayerProperties& p) { p.bounds = {{0, 0}, kScreen}; });
   }
   void start() {
-    thread = std::make_unique<RenderThread>(surface, clock, log,
-                                            [this] { return std::make_unique<NotingPainter>(notes); });
+    const auto makePainter = [this] { return std::make_unique<NotingPainter>(notes); };
+    thread = std::make_unique<RenderThread>(surface, clock, log, makePainter, &watcher);
   }
   void publish() { thread->publish(makeFrameSnapshot(root, kScreen, 1)); }
   bool waitForSwaps(int count) {
@@ -163,6 +177,7 @@ class RenderThreadTest : public testing::Test {
 
   Notes notes;
   NotingSurface surface{notes};
+  NotingWatcher watcher{notes};
   SteppingClock clock;
   RecordingLog log;
   Layer root;
@@ -188,6 +203,38 @@ TEST_F(RenderThreadTest, drawsThePublishedTreeAndGivesTheContextBack) {
   EXPECT_EQ(notes.paintersAlive, 0);
   EXPECT_EQ(notes.abandoned, 0);
   EXPECT_TRUE(log.entries().empty());
+}
+
+TEST_F(RenderThreadTest, tellsOfEveryFrameThatIsShown) {
+  start();
+  thread->setExposed(true);
+  ASSERT_TRUE(drawMarked(0.25));
+  ASSERT_TRUE(drawMarked(0.5));
+  thread.reset();
+  ASSERT_EQ(watcher.frames.size(), static_cast<std::size_t>(notes.swaps));
+  MediaTime last{};
+  for (const ShownFrame& frame : watcher.frames) {
+    EXPECT_GT(frame.begun, last);
+    EXPECT_GT(frame.shown, frame.begun);
+    EXPECT_EQ(frame.refreshInterval, Seconds{0.001});
+    EXPECT_FALSE(frame.moving);
+    EXPECT_EQ(frame.longestUpload, Nanoseconds{});
+    last = frame.shown;
+  }
+}
+
+TEST_F(RenderThreadTest, tellsHowLongTexturesWereSentBetweenFrames) {
+  notes.uploadsPending = 3;
+  start();
+  thread->setExposed(true);
+  ASSERT_TRUE(drawMarked(0.5));
+  ASSERT_TRUE(notes.waitUntil([&] { return notes.uploadsPending == 0; }));
+  ASSERT_TRUE(drawMarked(0.75));
+  thread.reset();
+  const auto sending = std::ranges::count_if(
+      watcher.frames, [](const ShownFrame& frame) { return frame.longestUpload > Nanoseconds{}; });
+  EXPECT_GE(sending, 2);  // the first frame, and the one that shows what was sent after it
+  EXPECT_EQ(watcher.frames.back().longestUpload, Nanoseconds{});
 }
 
 TEST_F(RenderThreadTest, aStillTreeIsDrawnOnce) {

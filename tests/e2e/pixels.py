@@ -46,3 +46,9 @@ def position_between(shot, start, end):
     length = sum(w * w for w in way)
     part = sum((s - a) * w for s, a, w in zip(shot, start, way)) / length
     return part, distance(shot, [a + part * w for a, w in zip(start, way)])
+
+
+def part_of_light_grey(shot):
+    """How much of the picture (0..1) is the light grey of dialogs."""
+    light = sum(all(225 <= channel <= 250 for channel in shot[i:i + 3]) for i in range(0, COUNT, 3))
+    return light * 3 / COUNT

@@ -10,7 +10,9 @@ from slideshow import HEIGHT, WIDTH, SlideshowTest, eventually
 TITLE = "Lumivane Preferences"
 
 
-class Preferences(SlideshowTest):
+class SettingUp(SlideshowTest):
+    title = TITLE
+
     def window(self, title):
         """The number of the visible window whose title begins so; None while there is none."""
         try:
@@ -31,16 +33,24 @@ class Preferences(SlideshowTest):
         for key in keys:
             self.screen.press(key)
 
-    def type_over(self, key, text):
-        """Goes to a field by its key, and replaces what it holds."""
-        self.press(key, "ctrl+a")
-        self.screen.do("type", text)
-
     def setting(self, name):
         return self.show.companion("settings", name).strip()
 
     def setting_becomes(self, name, value):
         eventually(lambda: self.setting(name) == value, f"{name} = {value}, not {self.setting(name)}")
+
+    def pictures_outside_tmp(self):
+        """A chosen folder below /tmp is taken for another one."""
+        folder = tempfile.mkdtemp(prefix="lumivane-e2e-", dir="/var/tmp")
+        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
+        return shutil.copytree(self.pictures, folder + "/pictures")
+
+
+class ByKeyboard(SettingUp):
+    def type_over(self, key, text):
+        """Goes to a field by its key, and replaces what it holds."""
+        self.press(key, "ctrl+a")
+        self.screen.do("type", text)
 
     def choose_folder(self, folder):
         self.press("alt+o")
@@ -50,12 +60,6 @@ class Preferences(SlideshowTest):
         self.press("alt+d", "ctrl+a")
         self.screen.do("type", str(folder))
         self.press("Return")
-
-    def pictures_outside_tmp(self):
-        """A chosen folder below /tmp is taken for another one."""
-        folder = tempfile.mkdtemp(prefix="lumivane-e2e-", dir="/var/tmp")
-        self.addCleanup(shutil.rmtree, folder, ignore_errors=True)
-        return shutil.copytree(self.pictures, folder + "/pictures")
 
     def test_from_the_first_start_to_the_first_picture_and_back(self):
         self.show.start()

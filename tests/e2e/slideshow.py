@@ -115,25 +115,27 @@ class WaylandScreen:
 class Service:
     """Stands in for a service on a bus, and keeps what it was asked."""
 
-    def __init__(self, bus, name, path, methods):
+    def __init__(self, bus, name, path, methods, interface=None):
         """methods: what each takes and gives back, as (name, signature, result signature, Python code for the result)."""
+        interface = interface or name
         self.name, self.path, self.environment = name, path, bus.environment
         self.log = pathlib.Path(bus.home) / (name + ".log")
         self.process = subprocess.Popen(
-            ["/usr/bin/python3", "-m", "dbusmock", "--session", "--logfile", str(self.log), name, path, name],
+            ["/usr/bin/python3", "-m", "dbusmock", "--session", "--logfile", str(self.log), name, path, interface],
             env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        eventually(lambda: self._mock("Reset"), f"the stand-in for {name} answers")
+        eventually(lambda: self.mock("Reset"), f"the stand-in for {name} answers")
         for method in methods:
-            self._mock("AddMethod", name, *method)
+            self.mock("AddMethod", interface, *method)
 
-    def _mock(self, method, *arguments):
-        done = subprocess.run(["gdbus", "call", "--session", "--dest", self.name, "--object-path", self.path, "--method",
+    def mock(self, method, *arguments, path=None):
+        """Tells the stand-in how to behave; the object at another path of the same service, if one is given."""
+        done = subprocess.run(["gdbus", "call", "--session", "--dest", self.name, "--object-path", path or self.path, "--method",
                                "org.freedesktop.DBus.Mock." + method, *arguments],
                               env=self.environment, timeout=30, check=False, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         return done.returncode == 0
 
-    def emit(self, signal_name, signature, *arguments, interface=None):
-        assert self._mock("EmitSignal", interface or self.name, signal_name, signature, "[" + ", ".join(arguments) + "]")
+    def emit(self, signal_name, signature, *arguments, interface=None, path=None):
+        assert self.mock("EmitSignal", interface or self.name, signal_name, signature, "[" + ", ".join(arguments) + "]", path=path)
 
     def calls(self, method):
         """The log's lines about calls of that method, in order; None while there is none."""
@@ -152,8 +154,8 @@ class Bus:
                                            env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)]
         eventually(pathlib.Path(home, name).exists, "the bus listens")
 
-    def start(self, name, path, *methods):
-        service = Service(self, name, path, methods)
+    def start(self, name, path, *methods, interface=None):
+        service = Service(self, name, path, methods, interface)
         self.processes.insert(0, service.process)
         return service
 
