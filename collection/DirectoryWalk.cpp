@@ -14,6 +14,7 @@
 #include <system_error>
 #include <utility>
 
+#include "collection/ListedPath.h"
 #include "collection/PictureTypes.h"
 #include "platform/PrintableText.h"
 
@@ -25,11 +26,6 @@ constexpr std::size_t kRoomForRoots = 10;
 
 std::string reason(int error) {
   return std::generic_category().message(error);
-}
-
-// The picture list is kept as UTF-8 text with a line for each path: what does not fit in there cannot be shown.
-bool fitsInList(std::string_view bytes) {
-  return bytes.find('\n') == std::string_view::npos && isValidUtf8(bytes);
 }
 
 // Where a link leads, through all links on the way.
@@ -119,6 +115,14 @@ void DirectoryWalk::cannotRead(const std::string& folderPath, int error) {
   log_.error("enumeratorAtURL: " + printable(folderPath) + "\n error: " + reason(error));
 }
 
+void DirectoryWalk::leaveOut(const FolderEntry& entry, LeftOut rule) {
+  if (request_.tellLeftOut) request_.tellLeftOut(entry.path(), rule);
+}
+
+void DirectoryWalk::passOver(const FolderEntry& entry) {
+  leaveOut(entry, LeftOut::Hidden);
+}
+
 bool DirectoryWalk::visit(const FolderEntry& entry) {
   switch (entry.kind) {
     case EntryKind::Folder:
@@ -129,8 +133,9 @@ bool DirectoryWalk::visit(const FolderEntry& entry) {
     case EntryKind::Link:
       visitAlias(entry);
       return false;
-    case EntryKind::Other:
-      return false;  // pipes, sockets, devices: never opened
+    case EntryKind::Other:  // pipes, sockets, devices: never opened
+      leaveOut(entry, LeftOut::NoFile);
+      return false;
   }
   return false;
 }
@@ -139,13 +144,21 @@ bool DirectoryWalk::visitFolder(const FolderEntry& entry) {
   ++numDirectories_;
   if (fitsInList(entry.name)) return true;
   log_.error("Folder name cannot be kept in the image list: " + printable(entry.path()) + " !");
+  leaveOut(entry, LeftOut::Name);
   return false;
 }
 
 void DirectoryWalk::visitFile(const FolderEntry& entry) {
-  if (!isPictureFileName(entry.name) || !isLargeEnough(entry) || !isFitForList(entry)) return;
+  if (!isPictureFileName(entry.name)) {
+    leaveOut(entry, LeftOut::Type);
+    return;
+  }
+  if (!isLargeEnough(entry) || !isFitForList(entry)) return;
   std::string path = entry.path();
-  if (skipPatterns_.matchesSkipPattern(path)) return;
+  if (skipPatterns_.matchesSkipPattern(path)) {
+    leaveOut(entry, LeftOut::SkipPattern);
+    return;
+  }
   result_.imagefiles.push_back(std::move(path));
   numImages_.store(result_.imagefiles.size(), std::memory_order_relaxed);
 }
@@ -155,27 +168,28 @@ bool DirectoryWalk::isLargeEnough(const FolderEntry& entry) {
   if (fstatat(entry.folder, entry.name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
     const bool gone = errno == ENOENT || errno == ENOTDIR;
     if (!gone) log_.error("No attributes for: " + printable(entry.path()) + " !");
+    leaveOut(entry, gone ? LeftOut::NoFile : LeftOut::Unreadable);
     return false;
   }
-  if (!S_ISREG(status.st_mode)) return false;
+  if (!S_ISREG(status.st_mode)) {
+    leaveOut(entry, LeftOut::NoFile);
+    return false;
+  }
   const std::uint32_t threshold =
       request_.excludekB * 1024U;  // wraps beyond 4 GiB, like the search of an index
   const auto size = static_cast<std::uint64_t>(status.st_size);
   if (size > threshold) return true;
   log_.information("skipping file " + printable(entry.path()) + " with size " + std::to_string(size) +
                    " B < " + std::to_string(static_cast<std::int32_t>(threshold)) + " B");
+  leaveOut(entry, LeftOut::FileSize);
   return false;
 }
 
 bool DirectoryWalk::isFitForList(const FolderEntry& entry) {
-  if (!fitsInList(entry.name)) {
-    log_.error("File name cannot be kept in the image list: " + printable(entry.path()) + " !");
-    return false;
-  }
-  const std::size_t pathLength = entry.folderPath.size() + 1 + std::string_view(entry.name).size();
-  if (pathLength < PATH_MAX) return true;
-  // Reached step by step, but the system opens no path of this length.
-  log_.error("Path is too long to be opened: " + printable(entry.path()) + " !");
+  const std::string_view problem = problemOfListedPath(entry.folderPath, entry.name);
+  if (problem.empty()) return true;
+  log_.error(std::string(problem) + printable(entry.path()) + " !");
+  leaveOut(entry, LeftOut::Name);
   return false;
 }
 
@@ -185,17 +199,24 @@ void DirectoryWalk::visitAlias(const FolderEntry& entry) {
   const int error = fstatat(entry.folder, entry.name, &target, AT_NO_AUTOMOUNT) == 0 ? 0 : errno;
   if (error == ENOENT || error == ENOTDIR) {
     visitDeadAlias(entry, linkTarget(entry));
+    leaveOut(entry, LeftOut::Link);
     return;
   }
-  if (error == 0 && !S_ISDIR(target.st_mode)) return;  // links to files are never taken
+  if (error == 0 && !S_ISDIR(target.st_mode)) {  // links to files are never taken
+    leaveOut(entry, LeftOut::Link);
+    return;
+  }
   const std::string alias = entry.path();
   const std::optional<std::string> folder = error == 0 ? resolvedPath(alias) : std::nullopt;
   if (!folder) {
     log_.information("Alias resolution failed: " + printable(alias) + " !");
+    leaveOut(entry, LeftOut::Link);
     return;
   }
   ++numDirectories_;
+  const std::size_t rootsBefore = result_.rootDirectories.size();
   askForFolder(alias, *folder);
+  if (result_.rootDirectories.size() == rootsBefore) leaveOut(entry, LeftOut::Link);
 }
 
 void DirectoryWalk::visitDeadAlias(const FolderEntry& entry, const std::string& target) {

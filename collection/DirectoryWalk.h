@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "collection/FolderTree.h"
+#include "collection/LeftOut.h"
 #include "collection/SkipPatterns.h"
 #include "platform/Log.h"
 
@@ -41,6 +42,7 @@ struct WalkRequest {
   std::uint32_t excludekB = 0;              // files of this size and smaller ones are left out
   std::vector<std::string> skipPatterns{};  // regular expressions over whole paths
   AskPermission askPermission{};            // absent: every question is answered with no
+  TellLeftOut tellLeftOut{};  // absent: nobody asks what is left out; called on the walk's thread
 };
 
 struct WalkResult {
@@ -72,6 +74,7 @@ class DirectoryWalk final : private FolderVisitor {
 
  private:
   bool visit(const FolderEntry& entry) override;
+  void passOver(const FolderEntry& entry) override;
   void cannotRead(const std::string& folderPath, int error) override;
   bool stopWanted() const override;
 
@@ -82,6 +85,7 @@ class DirectoryWalk final : private FolderVisitor {
   void visitAlias(const FolderEntry& entry);
   void visitDeadAlias(const FolderEntry& entry, const std::string& path);
   void askForFolder(const std::string& alias, const std::string& folder);
+  void leaveOut(const FolderEntry& entry, LeftOut rule);
   [[nodiscard]] bool isLargeEnough(const FolderEntry& entry);
   [[nodiscard]] bool isFitForList(const FolderEntry& entry);
 

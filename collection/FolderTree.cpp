@@ -123,7 +123,12 @@ void FolderTree::read(Level& level, FolderVisitor& visitor) {
     for (ssize_t offset = 0; offset < bytes;) {
       const auto* const entry = reinterpret_cast<const dirent64*>(buffer_.data() + offset);
       offset += entry->d_reclen;
-      if (entry->d_name[0] == '.') continue;
+      const std::string_view name = entry->d_name;
+      if (name == "." || name == "..") continue;
+      if (name.starts_with('.')) {
+        visitor.passOver({level.descriptor, path_, entry->d_name, EntryKind::Other});
+        continue;
+      }
       handle({level.descriptor, path_, entry->d_name, kindOfEntry(level.descriptor, *entry)}, level, visitor);
     }
   }

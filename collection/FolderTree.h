@@ -32,6 +32,8 @@ class FolderVisitor {
   virtual ~FolderVisitor() = default;
   // Says of a folder whether to go into it; of everything else the answer does not count.
   [[nodiscard]] virtual bool visit(const FolderEntry& entry) = 0;
+  // Is told of what is hidden, which is neither visited nor entered.
+  virtual void passOver(const FolderEntry& /*entry*/) {}
   // A folder could not be opened, or not be read to its end. `error` is the system's number.
   virtual void cannotRead(const std::string& folderPath, int error) = 0;
   // Asked again and again: true ends the tour.

@@ -6,25 +6,18 @@
 // Errors:  a Result with one line for the log.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
 
+#include "platform/FileStamp.h"
 #include "platform/Geometry.h"
 #include "platform/MetadataQuery.h"
 #include "platform/Result.h"
 
 namespace lumivane {
-
-// What tells a file from the one that stood at the same path before.
-struct FileStamp {
-  std::uint64_t bytes = 0;
-  std::int64_t modified = 0;
-  bool operator==(const FileStamp&) const = default;
-};
 
 struct IndexedFile {
   std::string path;

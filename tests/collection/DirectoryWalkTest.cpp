@@ -264,6 +264,39 @@ TEST_F(DirectoryWalkTest, NamesInTheLogAreMadePrintable) {
       log_.has("skipping file " + folder_ / "\\x1B[2J.jpg" + " with size 0 B < 0 B", LogLevel::Information));
 }
 
+TEST_F(DirectoryWalkTest, WhoAsksIsToldTheRuleOfEveryFileLeftOut) {
+  folder_.write("a.jpg", "xx");
+  folder_.write("empty.jpg", "");
+  folder_.write("notes.txt", "xx");
+  folder_.write(".hidden.jpg", "xx");
+  folder_.write(".folder/b.jpg", "xx");
+  folder_.write("thumbs/c.jpg", "xx");
+  folder_.write("bad\xFF.jpg", "xx");
+  const TemporaryFolder other;
+  link("a.jpg", "link.jpg");
+  link("nowhere", "dead");
+  link(other.path(), "refused");
+  ASSERT_EQ(mkfifo((folder_ / "pipe.jpg").c_str(), 0600), 0);
+  std::map<std::string, LeftOut> leftOut;
+  WalkRequest request;
+  request.skipPatterns = {".*/thumb.*"};
+  request.tellLeftOut = [&](const std::string& path, LeftOut rule) {
+    leftOut[path.substr(folder_.path().size() + 1)] = rule;
+  };
+  EXPECT_THAT(pictures(std::move(request)), ElementsAre(folder_ / "a.jpg"));
+  const std::map<std::string, LeftOut> expected = {{"empty.jpg", LeftOut::FileSize},
+                                                   {"notes.txt", LeftOut::Type},
+                                                   {".hidden.jpg", LeftOut::Hidden},
+                                                   {".folder", LeftOut::Hidden},
+                                                   {"thumbs/c.jpg", LeftOut::SkipPattern},
+                                                   {"bad\xFF.jpg", LeftOut::Name},
+                                                   {"link.jpg", LeftOut::Link},
+                                                   {"dead", LeftOut::Link},
+                                                   {"refused", LeftOut::Link},
+                                                   {"pipe.jpg", LeftOut::NoFile}};
+  EXPECT_EQ(leftOut, expected);
+}
+
 TEST_F(DirectoryWalkTest, FolderThatMayNotBeEnteredIsTold) {
   if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
   folder_.write("closed/a.jpg", "x");
