@@ -22,8 +22,7 @@ AppDelegate::AppDelegate(const Host& host, QtMainLoop& mainLoop, SleepNotes& sle
       masterViewController_(host) {}
 
 AppDelegate::~AppDelegate() {
-  masterViewController_.viewWillDisappear();
-  launcher_.removeAliveFile();
+  applicationWillTerminate();
 }
 
 void AppDelegate::applicationWillFinishLaunching(const std::vector<std::string>& arguments) {
@@ -60,6 +59,11 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
   launcher_.writeAliveFile(host_.clock.wallTime());
   if (flags_.surrogate) startSurrogateMode();
   return Done{};
+}
+
+void AppDelegate::applicationWillTerminate() {
+  masterViewController_.viewWillDisappear();
+  launcher_.removeAliveFile();
 }
 
 void AppDelegate::openWindow(const QSurfaceFormat& format) {
@@ -169,6 +173,13 @@ void AppDelegate::windowWillClose() {
   masterViewController_.saver().saveLastRunInfo();
   masterViewController_.viewWillDisappear();
   host_.application.terminate();
+}
+
+void AppDelegate::displayLost() {
+  host_.log.error("The connection to the display server broke.");
+  if (window_ != nullptr) masterViewController_.saver().saveLastRunInfo();
+  if (ordinaryFrame_) place_.save(*ordinaryFrame_);
+  launcher_.removeAliveFile();
 }
 
 void AppDelegate::rememberPlace() {

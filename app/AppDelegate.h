@@ -39,6 +39,10 @@ class AppDelegate final : public WindowListener {
   // Opens the window and starts the show; fails when there is nothing to draw with.
   [[nodiscard]] Result<Done> applicationDidFinishLaunching();
 
+  void applicationWillTerminate();
+  // The window has gone with its display server: saves what can be saved without one.
+  void displayLost();
+
   // WindowListener
   void windowResized(SizePt content) override;
   void windowLiveResizeEnded() override;

@@ -30,6 +30,7 @@ Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, c
       log_(log),
       mainLoop_(log),
       queues_(log),
+      boundedCalls_(log),
       folders_(xdgUserFolders(environment, files_)),
       locale_(userLocale(environment, "LC_COLLATE")),
       settings_(files_, log, folders_.config),
@@ -79,6 +80,7 @@ Host Desktop::host() {
           .helpPanel = &helpPanel_,
           .workspace = &workspace_,
           .photoLibrary = &photoLibrary_,
+          .boundedCalls = &boundedCalls_,
           .collationLocale = locale_};
 }
 

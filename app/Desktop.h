@@ -28,6 +28,7 @@
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/QtTextRenderer.h"
 #include "platform/linux/ThemeSounds.h"
+#include "platform/linux/ThreadBoundedCalls.h"
 #include "platform/linux/ThreadSerialQueues.h"
 #include "settings/NamedDisplays.h"
 #include "settings/sheet/QtConfigureSheet.h"
@@ -53,6 +54,7 @@ class Desktop {
   Log& log_;
   QtMainLoop mainLoop_;
   ThreadSerialQueues queues_;
+  ThreadBoundedCalls boundedCalls_;
   QtApplication application_;
 
   // Files and what is kept in them

@@ -1,13 +1,16 @@
 // The program: makes everything that the slideshow stands on, in order, and hands control to the main loop.
 #include <QApplication>
 #include <QIcon>
+#include <chrono>
 #include <csignal>
 #include <iostream>
 
 #include "app/AppDelegate.h"
 #include "app/Desktop.h"
 #include "app/Version.h"
+#include "platform/linux/DisplayLoss.h"
 #include "platform/linux/DisplayServer.h"
+#include "platform/linux/EndLimit.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TerminationSignals.h"
@@ -15,6 +18,9 @@
 namespace {
 
 using namespace lumivane;
+
+// For threads that may be asking a disk that does not answer.
+constexpr std::chrono::seconds kLongestEnd{5};
 
 constexpr const char* kApplicationId = "de.orvik.LumivaneApp";
 
@@ -41,10 +47,14 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
   AppDelegate delegate(desktop.host(), desktop.mainLoop(), desktop.sleepNotes(), desktop.keepAwake());
   owner = &delegate;
   const TerminationSignals terminationSignals([&desktop] { desktop.application().terminate(); });
+  const DisplayLoss displayLoss([&delegate] { delegate.displayLost(); });
   delegate.applicationWillFinishLaunching(arguments);
   if (const auto started = delegate.applicationDidFinishLaunching(); !started)
     return fail(log, started.error());
-  return application.exec();
+  const int status = application.exec();
+  delegate.applicationWillTerminate();
+  endProcessWithin(kLongestEnd);
+  return status;
 }
 
 }  // namespace

@@ -33,6 +33,7 @@ void LumivaneView::schedulePrefetch() {
 
 void LumivaneView::loadNextImage() {
   if (imagefiles_.empty() || !prefetch_queue_ || prefetch_.prefetchNextImageRunning_) return;
+  if (prefetch_.full()) return;  // a due picture came and was not shown yet; it would be lost from this pass
   prefetch_.prefetchNextImageRunning_ = true;
   prefetch_.empty();
   prefetch_.prefetchNextImageFailed_ = false;

@@ -203,6 +203,25 @@ TEST_F(ViewPrefetchTest, aMissingDuePictureSaysNothingOverOneThatWasSteppedTo) {
   EXPECT_EQ(view->imageIndex(), shown);
 }
 
+// A due picture that waits behind a rebuilt one was once dropped by the prefetch, and did not come again in that pass.
+TEST_F(ViewPrefetchTest, aDuePictureInTheSlotIsNotFetchedAnew) {
+  configure([](DisplaySettings& s) { s.durationPerImage_ = 4; });
+  listPictures(5);
+  start();
+  beat();
+  press(kRightArrowCharacter);
+  view->animateOneFrame();
+  loop.runPending();
+  ASSERT_TRUE(view->prefetchSlot().full());
+  const BitmapRef waiting = view->prefetchSlot().prefetched_image_;
+  view->viewDidEndLiveResize();  // the shown one is rebuilt first
+  run(Seconds{3.9});
+  EXPECT_EQ(view->prefetchSlot().prefetched_image_, waiting);
+  EXPECT_EQ(decoder.decodes[path(2)], 1);
+  run(Seconds{0.2});
+  EXPECT_EQ(view->filename(), path(2));
+}
+
 TEST_F(ViewPrefetchTest, aResizeBeforeTheFirstPictureCostsNoPeriod) {
   listPictures(5);
   start();
