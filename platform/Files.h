@@ -17,7 +17,7 @@ class Files {
  public:
   virtual ~Files() = default;
 
-  // Whether anything stands at the path (symbolic links are followed).
+  // Whether anything stands at the path (links are followed). What a fault hides counts as there: no loss by doubt.
   [[nodiscard]] virtual bool exists(const std::string& path) const = 0;
 
   // The whole content of a regular file. Anything else (folder, FIFO, device) is an error and is never

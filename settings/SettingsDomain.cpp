@@ -126,8 +126,11 @@ void SettingsDomain::reportDamage(const std::string& reason) {
 
 // Each damaged file is kept, also when one was kept before.
 bool SettingsDomain::keepDamagedFile() {
-  // A folder that stands here is nobody's settings: it is left where it is, and nothing can be written.
-  if (files_.exists(path_ + "/.")) return false;
+  // A folder that stands here, or a ring of links, is nobody's settings: it is left where it is.
+  if (files_.exists(path_ + "/.")) {
+    log_.error("settings not written: " + printable(path_) + ": what stands there is no file");
+    return false;
+  }
   std::string kept = path_ + ".damaged";
   for (int number = 2; files_.exists(kept); ++number) {
     if (number > kMostDamagedFilesKept) return false;

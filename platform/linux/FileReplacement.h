@@ -1,7 +1,8 @@
 // One step of PosixFiles: a new content beside a file, which then takes the file's place.
 //
 // Threads: one; an object on the stack of the operation that it serves.
-// Owns:    the temporary file, which is removed again unless commit() succeeded.
+// Owns:    the temporary file, which is removed again unless commit() succeeded. One that a killed process left is
+//          removed by the next replacement in the folder: nobody holds its lock any more.
 // Errors:  every failure is the system's error number.
 #pragma once
 
@@ -33,6 +34,7 @@ class FileReplacement {
   std::string name_;
   std::string temporaryName_;  // empty = there is none to remove
   FileDescriptor file_;
+  FileDescriptor lock_;  // the same open file: its lock is held until it has its final name
 };
 
 // Writes the folder's entries to the disk; file systems that know no such thing count as done.

@@ -109,7 +109,9 @@ Result<mode_t> permissionsOf(const std::string& target) {
 
 bool PosixFiles::exists(const std::string& path) const {
   struct stat status {};
-  return nameable(path) && ::stat(path.c_str(), &status) == 0;
+  if (!nameable(path)) return false;
+  if (::stat(path.c_str(), &status) == 0) return true;
+  return errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG;
 }
 
 Result<std::string> PosixFiles::read(const std::string& path, std::size_t maxBytes) const {

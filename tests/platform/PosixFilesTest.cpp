@@ -1,15 +1,19 @@
 #include "platform/linux/PosixFiles.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <filesystem>
+#include <thread>
 
+#include "platform/linux/FileDescriptor.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace lumivane {
@@ -114,6 +118,11 @@ TEST_F(PosixFilesTest, TellsWhetherSomethingIsThere) {
   EXPECT_FALSE(files_.exists(folder_ / "none"));
   ASSERT_EQ(symlink("none", (folder_ / "dangling").c_str()), 0);
   EXPECT_FALSE(files_.exists(folder_ / "dangling"));
+  // In doubt it does: a record that cannot be seen for a fault must not be begun anew.
+  ASSERT_EQ(symlink("ring", (folder_ / "ring").c_str()), 0);
+  EXPECT_TRUE(files_.exists(folder_ / "ring"));
+  EXPECT_FALSE(files_.exists(folder_.write("file", "x") + "/below"));
+  EXPECT_FALSE(files_.exists(folder_ / std::string(300, 'x')));
 }
 
 TEST_F(PosixFilesTest, MakesMissingFoldersForTheUserAlone) {
@@ -219,6 +228,38 @@ TEST_F(PosixFilesTest, WithoutPermissionNothingChanges) {
   }
   EXPECT_THAT(namesIn(closed), IsEmpty());
   EXPECT_THAT(namesIn(folder_ / "open"), UnorderedElementsAre("read-only", "hidden"));
+}
+
+TEST_F(PosixFilesTest, WhatAKilledProcessLeftIsClearedAway) {
+  folder_.write(".lumivane-0123456789abcdef.tmp", "left");
+  const std::string users = folder_.write(".lumivane-notes.tmp", "not ours");
+  ASSERT_TRUE(files_.writeAtomically(folder_ / "f", "x").ok());
+  EXPECT_THAT(namesIn(folder_.path()), UnorderedElementsAre("f", ".lumivane-notes.tmp"));
+}
+
+TEST_F(PosixFilesTest, WhatAnotherProcessIsWritingIsLeftAlone) {
+  const std::string other = folder_.write(".lumivane-0123456789abcdef.tmp", "half");
+  const FileDescriptor writing(open(other.c_str(), O_WRONLY | O_CLOEXEC));
+  ASSERT_EQ(flock(writing.get(), LOCK_EX | LOCK_NB), 0);
+  ASSERT_TRUE(files_.writeAtomically(folder_ / "f", "x").ok());
+  EXPECT_THAT(namesIn(folder_.path()), UnorderedElementsAre("f", ".lumivane-0123456789abcdef.tmp"));
+}
+
+TEST_F(PosixFilesTest, ManyWritersInOneFolderDoNotDisturbEachOther) {
+  std::vector<std::jthread> writers;
+  std::atomic<int> failures{0};
+  for (int writer = 0; writer < 4; ++writer) {
+    writers.emplace_back([this, writer, &failures] {
+      PosixFiles files;
+      for (int i = 0; i < 50; ++i) {
+        if (!files.writeAtomically(folder_ / ("f" + std::to_string(writer)), std::to_string(i)).ok())
+          ++failures;
+      }
+    });
+  }
+  writers.clear();
+  EXPECT_EQ(failures, 0);
+  EXPECT_THAT(namesIn(folder_.path()), UnorderedElementsAre("f0", "f1", "f2", "f3"));
 }
 
 TEST_F(PosixFilesTest, RenamesOverWhatIsThere) {
