@@ -5,9 +5,12 @@
 
 #include "app/Version.h"
 #include "collection/SkipPatterns.h"
+#include "collection/index/DimensionCacheFile.h"
 #include "platform/linux/ProgramFolder.h"
 #include "platform/linux/UserLocale.h"
 #include "platform/linux/XdgUserFolders.h"
+#include "platform/linux/index/IndexedRoots.h"
+#include "platform/linux/index/SessionBusAddress.h"
 
 namespace lumivane {
 namespace {
@@ -40,6 +43,14 @@ Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, c
       geocoder_(OfflineGeocoder::open(placesPath(programFolder(), valueOf(environment, "LUMIVANE_PLACES")),
                                       userLocale(environment, "LC_MESSAGES"), mainLoop_)),
       text_(log),
+      desktopIndex_(sessionBusAddress(environment, files_), indexedRootsOfUser),
+      folderFiles_(log),
+      metadataQuery_({{&desktopIndex_, &folderFiles_},
+                      dimensions_,
+                      files_,
+                      dimensionCachePath(folders_.cache),
+                      log,
+                      {}}),
       sessionBus_(QDBusConnection::SessionBus, queues_, mainLoop_),
       systemBus_(QDBusConnection::SystemBus, queues_, mainLoop_),
       fileBrowser_(
@@ -79,6 +90,7 @@ Host Desktop::host() {
           .folderChooser = &folderChooser_,
           .helpPanel = &helpPanel_,
           .workspace = &workspace_,
+          .metadataQuery = &metadataQuery_,
           .photoLibrary = &photoLibrary_,
           .boundedCalls = &boundedCalls_,
           .collationLocale = locale_};

@@ -8,8 +8,11 @@
 #include <string>
 
 #include "collection/albums/SqlitePhotoLibrary.h"
+#include "collection/index/FolderFiles.h"
+#include "collection/index/IndexQuery.h"
 #include "engine/Host.h"
 #include "imaging/decode/FileImageDecoder.h"
+#include "imaging/decode/HeaderDimensions.h"
 #include "imaging/places/OfflineGeocoder.h"
 #include "platform/linux/DBusFileBrowser.h"
 #include "platform/linux/DBusKeepAwake.h"
@@ -30,6 +33,7 @@
 #include "platform/linux/ThemeSounds.h"
 #include "platform/linux/ThreadBoundedCalls.h"
 #include "platform/linux/ThreadSerialQueues.h"
+#include "platform/linux/index/TrackerIndex.h"
 #include "settings/NamedDisplays.h"
 #include "settings/sheet/QtConfigureSheet.h"
 #include "settings/sheet/QtHelpPanel.h"
@@ -76,6 +80,12 @@ class Desktop {
   TwisterRandom random_;
   ProcFreeMemory memory_;
   SharedTables tables_;
+
+  // The search for them
+  HeaderDimensions dimensions_;
+  TrackerIndex desktopIndex_;
+  FolderFiles folderFiles_;
+  IndexQuery metadataQuery_;  // ends its threads before what they use
 
   // The desktop's services
   MessageBus sessionBus_;

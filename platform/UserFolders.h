@@ -14,6 +14,7 @@ struct UserFolders {
   std::string state;     // $XDG_STATE_HOME: shared with other programs of ours, each under a name of its own
   std::string home;      // $HOME
   std::string pictures;  // the user's Pictures folder; may not exist
+  std::string cache;     // $XDG_CACHE_HOME/lumivane: what can be made again
 };
 
 }  // namespace lumivane

@@ -4,14 +4,11 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <stop_token>
 #include <system_error>
-#include <thread>
 
-#include "collection/DirectoryWalk.h"
 #include "collection/FinishedScan.h"
 #include "collection/FollowedFolders.h"
 #include "collection/ImageListFile.h"
@@ -21,8 +18,8 @@
 #include "settings/DisplayFileName.h"
 #include "settings/PreferencesStore.h"
 #include "tools/CollationLocale.h"
+#include "tools/FolderPictures.h"
 #include "tools/PhotoLibraryArgument.h"
-#include "tools/ProgressLine.h"
 #include "tools/Tool.h"
 
 namespace lumivane {
@@ -31,7 +28,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kHelp =
-    "Usage: lumivane collect [--display NAME] [--follow-links] FOLDER\n"
+    "Usage: lumivane collect [--display NAME] [--method METHOD] [--explain] [--follow-links]\n"
+    "                        FOLDER\n"
     "       lumivane collect [--display NAME] --album ALBUM [LIBRARY]\n"
     "\n"
     "Finds the pictures in FOLDER and below it and keeps them for a display, in place of\n"
@@ -41,10 +39,20 @@ constexpr std::string_view kHelp =
     "\n"
     "  --display NAME  the display (see lumivane displays); else the one that the\n"
     "                  slideshow opens on\n"
-    "  --follow-links  include folders that symbolic links lead to\n"
+    "  --method walk   look at every file: its name, and how large it is. The default\n"
+    "  --method index  search the desktop's index; where it does not cover the folder, an\n"
+    "                  index of our own, which reads the headers of the files. Pictures with\n"
+    "                  a side that is too short (the setting ExcludeSize) are left out, too\n"
+    "  --explain       list what is left out, with the rule that says so: hidden, link, no\n"
+    "                  file, type, file size, pixel size, no picture, unreadable, name, skip\n"
+    "                  pattern, not in the index\n"
+    "  --follow-links  include folders that symbolic links lead to; with a walk only\n"
     "  --album ALBUM   collect that album of LIBRARY, else of the photo library that\n"
     "                  $LUMIVANE_PHOTOS_LIBRARY names, else of the first one in the\n"
     "                  Pictures folder\n";
+
+constexpr std::string_view kWalk = "walk";
+constexpr std::string_view kIndex = "index";
 
 constexpr std::string_view kNowhereToKeepTheList = "there is no folder to keep the list in: HOME is not set";
 
@@ -91,22 +99,6 @@ std::string problemWith(const std::string& folder) {
   return printable(folder) + ": " + std::generic_category().message(opened == nullptr ? number : errno);
 }
 
-WalkResult walk(const Tool& tool, WalkRequest request) {
-  DirectoryWalk walk(std::move(request), tool.log);
-  ProgressLine progress(tool.err, tool.onTerminal);
-  if (!progress.active()) {
-    walk.scanDirectoryByHand();
-    return walk.takeResult();
-  }
-  constexpr std::chrono::milliseconds kBetweenLooks{100};
-  walk.start();
-  while (!walk.isFinished()) {
-    progress.show("num images so far = " + std::to_string(walk.numImages()));
-    std::this_thread::sleep_for(kBetweenLooks);
-  }
-  return walk.takeResult();
-}
-
 // Keeps when the pictures were collected; the show begins anew with them.
 void storeLastScan(const Tool& tool, const std::string& token) {
   LastRunRecord record(tool.files, tool.log);
@@ -129,6 +121,24 @@ ExitStatus store(const Tool& tool, const std::string& display, const std::vector
   return ExitStatus::Done;
 }
 
+FolderPictures walkIn(const Tool& tool, const std::string& folder, const DisplaySettings& settings,
+                      const Arguments& arguments) {
+  FollowedFolders followed(folder);
+  WalkRequest request{folder, settings.excludekB_, settings.skipPatterns_, {}, {}};
+  if (arguments.has("--follow-links")) {
+    request.askPermission = [&](const std::string& found, const std::stop_token& /*stop*/) {
+      return followed.answer(found);
+    };
+  }
+  return walkFolder(tool, std::move(request), arguments.has("--explain"));
+}
+
+FolderPictures searchIn(const Tool& tool, const std::string& folder, const DisplaySettings& settings,
+                        const Arguments& arguments) {
+  return searchFolder(tool, {folder, settings.excludekB_, settings.excludeSize_, settings.skipPatterns_},
+                      arguments.has("--explain"));
+}
+
 ExitStatus collectFolder(const Tool& tool, const Arguments& arguments) {
   const std::string folder = absoluteFolder(arguments.operands.front());
   if (const std::string problem = problemWith(folder); !problem.empty()) return fail(tool, problem);
@@ -138,15 +148,13 @@ ExitStatus collectFolder(const Tool& tool, const Arguments& arguments) {
   SettingsStore settingsStore(tool.files, tool.log, tool.folders.config);
   PreferencesStore preferences(settingsStore, tool.log);
   DisplaySettings settings = preferences.load(display);
-  FollowedFolders followed(folder);
-  WalkRequest request{folder, settings.excludekB_, settings.skipPatterns_, {}};
-  if (arguments.has("--follow-links")) {
-    request.askPermission = [&](const std::string& found, const std::stop_token& /*stop*/) {
-      return followed.answer(found);
-    };
-  }
+  const bool byIndex = arguments.valueOf("--method") != nullptr && *arguments.valueOf("--method") == kIndex;
+  FolderPictures pictures =
+      byIndex ? searchIn(tool, folder, settings, arguments) : walkIn(tool, folder, settings, arguments);
+  for (const LeftOutFile& file : pictures.leftOut)
+    tool.out << ruleText(file.rule) << '\t' << printable(file.path) << '\n';
   FinishedScan scan =
-      finishScan(walk(tool, std::move(request)), false, collationLocale(tool.environment), tool.log);
+      finishScan(std::move(pictures.found), byIndex, collationLocale(tool.environment), tool.log);
   if (!scan.directoryBookmarks || scan.directoryBookmarks->empty()) {
     return fail(tool, printable(folder) + " cannot be remembered; nothing was changed");
   }
@@ -181,19 +189,33 @@ ExitStatus collectAlbumNamed(const Tool& tool, const Arguments& arguments, const
 
 ExitStatus collect(const Tool& tool, const Arguments& arguments) {
   if (const std::string* album = arguments.valueOf("--album")) {
-    if (arguments.has("--follow-links"))
-      return badUsage(tool, "--follow-links is for folders, not for albums");
+    for (const char* option : {"--follow-links", "--method", "--explain"}) {
+      if (arguments.has(option))
+        return badUsage(tool, std::string(option) + " is for folders, not for albums");
+    }
     return collectAlbumNamed(tool, arguments, *album);
   }
   if (arguments.operands.empty()) return badUsage(tool, "something is missing on the command line");
+  if (const std::string* method = arguments.valueOf("--method")) {
+    if (*method != kWalk && *method != kIndex) return badUsage(tool, "--method is walk or index");
+    if (*method == kIndex && arguments.has("--follow-links"))
+      return badUsage(tool, "an index does not follow links");
+  }
   return collectFolder(tool, arguments);
 }
 
 }  // namespace
 
 ExitStatus collectCommand(const Tool& tool, const std::vector<std::string>& words) {
-  const CheckedArguments checked = checkArguments(
-      tool, words, {kHelp, {{"--display", true}, {"--follow-links", false}, {"--album", true}}, 0, 1});
+  const CheckedArguments checked = checkArguments(tool, words,
+                                                  {kHelp,
+                                                   {{"--display", true},
+                                                    {"--method", true},
+                                                    {"--explain", false},
+                                                    {"--follow-links", false},
+                                                    {"--album", true}},
+                                                   0,
+                                                   1});
   return checked.end ? *checked.end : collect(tool, checked.arguments);
 }
 

@@ -12,6 +12,10 @@ constexpr std::size_t kMostBytes = std::size_t{256} << 20;
 
 }  // namespace
 
+std::string dimensionCachePath(const std::string& cacheFolder) {
+  return cacheFolder.empty() ? std::string() : cacheFolder + "/PictureDimensions.cache";
+}
+
 DimensionCacheFile::DimensionCacheFile(std::string path, Files& files, Log& log)
     : path_(std::move(path)), files_(files), log_(log) {}
 

@@ -12,6 +12,9 @@
 
 namespace lumivane {
 
+// Where it lies in the user's folder for caches; empty where there is none.
+[[nodiscard]] std::string dimensionCachePath(const std::string& cacheFolder);
+
 class DimensionCacheFile {
  public:
   // An empty path: nothing is kept from one search to the next.

@@ -78,6 +78,9 @@ UserFolders xdgUserFolders(const Environment& environment, const Files& files) {
   if (const std::string data = baseFolder(environment, "XDG_DATA_HOME", "/.local/share"); !data.empty()) {
     folders.data = data + "/lumivane";
   }
+  if (const std::string cache = baseFolder(environment, "XDG_CACHE_HOME", "/.cache"); !cache.empty()) {
+    folders.cache = cache + "/lumivane";
+  }
   folders.state = baseFolder(environment, "XDG_STATE_HOME", "/.local/state");
   const std::string home = absoluteOrEmpty(valueOf(environment, "HOME"));
   if (home.empty()) return folders;

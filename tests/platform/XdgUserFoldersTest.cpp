@@ -28,12 +28,15 @@ class XdgUserFoldersTest : public ::testing::Test {
 TEST_F(XdgUserFoldersTest, LieUnderHomeUnlessSaidOtherwise) {
   EXPECT_EQ(folders().config, folder_ / ".config/lumivane");
   EXPECT_EQ(folders().data, folder_ / ".local/share/lumivane");
+  EXPECT_EQ(folders().cache, folder_ / ".cache/lumivane");
   EXPECT_EQ(folders().pictures, folder_ / "Pictures");
   EXPECT_EQ(folders().home, folder_.path());
 }
 
 TEST_F(XdgUserFoldersTest, FollowTheVariables) {
-  const UserFolders found = folders({{"XDG_CONFIG_HOME", "/c"}, {"XDG_DATA_HOME", "/d"}});
+  const UserFolders found =
+      folders({{"XDG_CONFIG_HOME", "/c"}, {"XDG_DATA_HOME", "/d"}, {"XDG_CACHE_HOME", "/e"}});
+  EXPECT_EQ(found.cache, "/e/lumivane");
   EXPECT_EQ(found.config, "/c/lumivane");
   EXPECT_EQ(found.data, "/d/lumivane");
 }
@@ -48,6 +51,7 @@ TEST_F(XdgUserFoldersTest, AreEmptyWithoutAHome) {
   const UserFolders found = xdgUserFolders({}, files_);
   EXPECT_EQ(found.config, "");
   EXPECT_EQ(found.data, "");
+  EXPECT_EQ(found.cache, "");
   EXPECT_EQ(found.home, "");
   EXPECT_EQ(found.pictures, "");
   EXPECT_EQ(xdgUserFolders({{"HOME", "here"}}, files_).config, "");

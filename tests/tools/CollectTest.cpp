@@ -116,6 +116,53 @@ TEST_F(Collect, TheDisplaysOwnRulesAreKept) {
   EXPECT_EQ(run({"settings", "--display=D", "SkipPatterns"}).out, "nothing\n.*/a\\.png\n");
 }
 
+TEST_F(Collect, AnIndexLeavesOutPicturesThatAreTooSmallInPixels) {
+  paint(pictures_ / "a.png");
+  paint(pictures_ / "exact.png", 300, 900);
+  paint(pictures_ / "thumbs" / "b.png");
+  EXPECT_EQ(run({"collect", "--display=D", "--method", "index", pictures_.string()}).out, "1\n");
+  EXPECT_EQ(listOf("D"), (pictures_ / "a.png").string());
+  EXPECT_EQ(run({"collect", "--display=D", "--method=walk", pictures_.string()}).out,
+            "2   (# alias dirs = 0)\n");
+}
+
+TEST_F(Collect, AnIndexRemembersWhatItHasMeasured) {
+  paint(pictures_ / "a.png");
+  environment_["XDG_CACHE_HOME"] = (folder_.path() / "cache").string();
+  const std::vector<std::string> words = {"collect", "--display=D", "--method=index", "--explain",
+                                          pictures_.string()};
+  EXPECT_THAT(run(words).err, HasSubstr("Pictures measured by their headers = 1\n"));
+  EXPECT_TRUE(fs::exists(folder_.path() / "cache/lumivane/PictureDimensions.cache"));
+  EXPECT_THAT(run(words).err, HasSubstr("Pictures measured by their headers = 0\n"));
+  std::ofstream(folder_.path() / "cache/lumivane/PictureDimensions.cache") << "damaged";
+  const ProgramAnswer answer = run(words);
+  EXPECT_EQ(answer.out, "1\n");
+  EXPECT_THAT(answer.err, HasSubstr("The cache of picture sizes is made anew: "));
+  EXPECT_THAT(run(words).err, HasSubstr("Pictures measured by their headers = 0\n"));
+}
+
+TEST_F(Collect, WhatIsLeftOutIsExplainedByBothMethods) {
+  paint(pictures_ / "a.png");
+  paint(pictures_ / "narrow.png", 200, 900);
+  paint(pictures_ / "thumbs" / "b.png");
+  paint(pictures_ / ".hidden" / "c.png");
+  std::ofstream(pictures_ / "notes.txt") << "x";
+  std::ofstream(pictures_ / "small.png") << "x";
+  std::ofstream(pictures_ / "text.png") << std::string(20000, 'x');
+  fs::create_symlink("a.png", pictures_ / "link.png");
+  const std::string p = pictures_.string();
+  const std::string common = "hidden\t" + p + "/.hidden\nlink\t" + p + "/link.png\n";
+  const std::string others = "type\t" + p + "/notes.txt\nfile size\t" + p + "/small.png\n";
+  const std::string skipped = "skip pattern\t" + p + "/thumbs/b.png\n";
+  EXPECT_EQ(run({"collect", "--display=D", "--explain", p}).out,
+            common + others + skipped + "3   (# alias dirs = 0)\n");
+  const ProgramAnswer answer = run({"collect", "--display=D", "--explain", "--method=index", p});
+  EXPECT_EQ(answer.out, common + "pixel size\t" + p + "/narrow.png\n" + others + "no picture\t" + p +
+                            "/text.png\n" + skipped + "1\n");
+  EXPECT_THAT(answer.err, HasSubstr("does not answer for " + p + ": there is no session bus\n"));
+  EXPECT_THAT(answer.err, HasSubstr("Pictures are searched by the headers of the files: " + p + "\n"));
+}
+
 TEST_F(Collect, AWrongFolderChangesNothing) {
   paint(pictures_ / "a.png");
   ASSERT_EQ(run({"collect", "--display=D", pictures_.string()}).status, 0);
@@ -164,6 +211,10 @@ TEST_F(Collect, WrongUsageIsToldApart) {
   EXPECT_EQ(run({"collect", "a", "b"}).status, 2);
   EXPECT_EQ(run({"collect", "--bogus", "a"}).status, 2);
   EXPECT_EQ(run({"collect", "a", "--display"}).status, 2);
+  EXPECT_EQ(run({"collect", "a", "--method", "guess"}).status, 2);
+  EXPECT_EQ(run({"collect", "a", "--method", "index", "--follow-links"}).status, 2);
+  EXPECT_EQ(run({"collect", "--album", "a", "--method", "index"}).status, 2);
+  EXPECT_EQ(run({"collect", "--album", "a", "--explain"}).status, 2);
   EXPECT_EQ(run({"collect", "--help"}).status, 0);
   EXPECT_THAT(run({"collect", "-h"}).out, HasSubstr("Usage: lumivane collect"));
 }

@@ -9,7 +9,6 @@ namespace {
 constexpr const char* kBus = "org.freedesktop.DBus";
 constexpr const char* kBusPath = "/org/freedesktop/DBus";
 
-// "GDBus.Error:org.freedesktop...: " in front of a service's own words.
 std::string reasonOf(const GioError& error, const TimeLimit& limit) {
   return limit.hasPassed() ? "it takes too long" : error.message();
 }
@@ -77,6 +76,15 @@ Result<double> SessionBus::numberFrom(const std::string& name, const char* path,
   double number = 0;
   g_variant_get(answer.value().get(), "(d)", &number);
   return number;
+}
+
+Result<std::string> SessionBus::textFrom(const std::string& name, const char* path, const char* interface,
+                                         const char* method, TimeLimit& limit) const {
+  const Result<VariantRef> answer = call(name.c_str(), path, interface, method, nullptr, "(s)", limit);
+  if (!answer) return Error{answer.error()};
+  const char* text = nullptr;
+  g_variant_get(answer.value().get(), "(&s)", &text);
+  return std::string(text);
 }
 
 }  // namespace lumivane

@@ -24,9 +24,11 @@ class SessionBus {
   // Whether the bus knows how to start a program for the name.
   [[nodiscard]] bool isActivatable(const std::string& name, TimeLimit& limit) const;
   [[nodiscard]] Result<Done> activate(const std::string& name, TimeLimit& limit) const;
-  // A method without arguments that gives one number.
+  // A method without arguments that gives one number, or one text.
   [[nodiscard]] Result<double> numberFrom(const std::string& name, const char* path, const char* interface,
                                           const char* method, TimeLimit& limit) const;
+  [[nodiscard]] Result<std::string> textFrom(const std::string& name, const char* path, const char* interface,
+                                             const char* method, TimeLimit& limit) const;
 
   [[nodiscard]] GDBusConnection* connection() const { return connection_.get(); }
 

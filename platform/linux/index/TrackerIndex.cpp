@@ -19,7 +19,7 @@ constexpr std::array<const char*, 2> kServices = {"org.freedesktop.LocalSearch3"
                                                   "org.freedesktop.Tracker3.Miner.Files"};
 constexpr const char* kMinerPath = "/org/freedesktop/Tracker3/Miner/Files";
 constexpr const char* kMinerInterface = "org.freedesktop.Tracker3.Miner";
-constexpr std::chrono::milliseconds kBetweenLooks{100};
+constexpr int kEqualLooks = 3;
 
 struct Service {
   std::string name;
@@ -45,15 +45,35 @@ Result<Service> findService(const SessionBus& bus, TimeLimit& limit) {
   return Error{limit.hasPassed() ? "the session bus takes too long" : "there is no such service"};
 }
 
-// What the index was told of folders is only there when it has gone through all of them. A service that has just
-// started needs a moment to see that nothing has changed.
-Result<Done> waitUntilIdle(const SessionBus& bus, const Service& service, TimeLimit& limit) {
+// Whether the index says that it has gone through all its folders.
+Result<bool> saysItIsIdle(const SessionBus& bus, const Service& service, TimeLimit& limit) {
+  const Result<double> progress =
+      bus.numberFrom(service.name, kMinerPath, kMinerInterface, "GetProgress", limit);
+  if (!progress) return Error{progress.error()};
+  const Result<std::string> status =
+      bus.textFrom(service.name, kMinerPath, kMinerInterface, "GetStatus", limit);
+  if (!status) return Error{status.error()};
+  return progress.value() >= 1.0 && status.value() == "Idle";
+}
+
+// It says so while the last thousands of files are still being written to its database: only when their number stands
+// still as well can its answer be whole.
+Result<Done> waitUntilSettled(const SessionBus& bus, const Service& service, TrackerQueries& queries,
+                              const std::string& folderUri, const TrackerIndex::Limits& limits,
+                              TimeLimit& limit) {
+  int equalLooks = 0;
+  std::int64_t lastFiles = -1;
+  limit.restart(limits.toSettle);
   for (;;) {
-    const Result<double> progress =
-        bus.numberFrom(service.name, kMinerPath, kMinerInterface, "GetProgress", limit);
-    if (!progress) return Error{service.name + " does not say how far it is: " + progress.error()};
-    if (progress.value() >= 1.0) return Done{};
-    if (!limit.waitFor(kBetweenLooks)) return Error{service.name + " is still at work"};
+    const Result<bool> idle = saysItIsIdle(bus, service, limit);
+    if (!idle) return Error{service.name + " does not say how far it is: " + idle.error()};
+    const Result<std::int64_t> files = queries.numFilesBelow(folderUri, limit);
+    if (!files) return Error{files.error()};
+    const bool isEqual = idle.value() && files.value() == lastFiles;
+    equalLooks = isEqual ? equalLooks + 1 : 1;
+    lastFiles = idle.value() ? files.value() : -1;
+    if (isEqual && equalLooks >= kEqualLooks) return Done{};
+    if (!limit.waitFor(limits.betweenLooks)) return Error{service.name + " is still at work"};
   }
 }
 
@@ -136,19 +156,18 @@ Result<std::unique_ptr<IndexedFolder>> TrackerIndex::open(const std::string& fol
   if (!service) return refusal(service.error());
   const Result<std::string> plain = folderToAskFor(folder, roots_());
   if (!plain) return refusal(plain.error());
-  limit.restart(limits_.perQuestion);
-  if (const Result<Done> idle = waitUntilIdle(bus.value(), service.value(), limit); !idle)
-    return refusal(idle.error());
-
   OwnMainContext context;
   limit.restart(limits_.perQuestion);
   Result<TrackerQueries> queries = TrackerQueries::connect(bus.value(), service.value().name, context, limit);
   if (!queries) return refusal(queries.error());
+  const std::string uri = *fileUri(plain.value().empty() ? "/" : plain.value());
   limit.restart(limits_.perQuestion);
-  const Result<bool> holds =
-      queries.value().holdsFolder(*fileUri(plain.value().empty() ? "/" : plain.value()), limit);
+  const Result<bool> holds = queries.value().holdsFolder(uri, limit);
   if (!holds) return refusal(holds.error());
   if (!holds.value()) return refusal("it has not come to this folder");
+  const Result<Done> settled =
+      waitUntilSettled(bus.value(), service.value(), queries.value(), uri, limits_, limit);
+  if (!settled) return refusal(settled.error());
   return std::unique_ptr<IndexedFolder>(std::make_unique<TrackedFolder>(
       plain.value(), std::move(bus).value(), std::move(service).value(), limits_.perRow));
 }

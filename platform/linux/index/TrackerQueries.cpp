@@ -10,6 +10,10 @@ constexpr std::size_t kMostRows = 5'000'000;
 constexpr const char* kHoldsFolder =
     "SELECT COUNT(?f) { GRAPH tracker:FileSystem { ?f a nfo:FileDataObject ; nie:url ~folder } }";
 
+constexpr const char* kNumFilesBelow =
+    "SELECT COUNT(?f) { GRAPH tracker:FileSystem { ?f a nfo:FileDataObject ; nie:url ?uri }"
+    " FILTER (STRSTARTS(?uri, ~prefix)) }";
+
 // Every file, not only those that the index takes for pictures: it leaves out WebP, HEIF and JPEG XL, and what its
 // extractor has not come to yet. Sides it does not know are not bound.
 constexpr const char* kFilesBelow =
@@ -20,6 +24,10 @@ constexpr const char* kFilesBelow =
 
 std::string reasonOf(const GioError& error, const TimeLimit& limit) {
   return limit.hasPassed() ? "it takes too long" : error.message();
+}
+
+std::string prefixOf(const std::string& folderUri) {
+  return folderUri.ends_with('/') ? folderUri : folderUri + "/";
 }
 
 std::int64_t numberIn(TrackerSparqlCursor* row, int column) {
@@ -84,16 +92,27 @@ Result<TrackerQueries::Cursor> TrackerQueries::run(TrackerSparqlStatement* state
   return cursor;
 }
 
-Result<bool> TrackerQueries::holdsFolder(const std::string& folderUri, TimeLimit& limit) {
-  const auto statement = prepare(kHoldsFolder, limit);
+Result<std::int64_t> TrackerQueries::number(const char* sparql, const char* name, const std::string& text,
+                                            TimeLimit& limit) {
+  const auto statement = prepare(sparql, limit);
   if (!statement) return Error{statement.error()};
-  tracker_sparql_statement_bind_string(statement.value().get(), "folder", folderUri.c_str());
+  tracker_sparql_statement_bind_string(statement.value().get(), name, text.c_str());
   const Result<Cursor> cursor = run(statement.value().get(), limit);
   if (!cursor) return Error{cursor.error()};
   GioError error;
   if (tracker_sparql_cursor_next(cursor.value().get(), limit.cancellable(), error.out()) == FALSE)
     return Error{reasonOf(error, limit)};
-  return numberIn(cursor.value().get(), 0) > 0;
+  return numberIn(cursor.value().get(), 0);
+}
+
+Result<bool> TrackerQueries::holdsFolder(const std::string& folderUri, TimeLimit& limit) {
+  const Result<std::int64_t> held = number(kHoldsFolder, "folder", folderUri, limit);
+  if (!held) return Error{held.error()};
+  return held.value() > 0;
+}
+
+Result<std::int64_t> TrackerQueries::numFilesBelow(const std::string& folderUri, TimeLimit& limit) {
+  return number(kNumFilesBelow, "prefix", prefixOf(folderUri), limit);
 }
 
 Result<Done> TrackerQueries::filesBelow(const std::string& folderUri, std::uint32_t largerThanBytes,
@@ -102,8 +121,7 @@ Result<Done> TrackerQueries::filesBelow(const std::string& folderUri, std::uint3
   limit.restart(limitPerRow);
   const auto statement = prepare(kFilesBelow, limit);
   if (!statement) return Error{statement.error()};
-  const std::string prefix = folderUri.ends_with('/') ? folderUri : folderUri + "/";
-  tracker_sparql_statement_bind_string(statement.value().get(), "prefix", prefix.c_str());
+  tracker_sparql_statement_bind_string(statement.value().get(), "prefix", prefixOf(folderUri).c_str());
   tracker_sparql_statement_bind_int(statement.value().get(), "least", largerThanBytes);
   const Result<Cursor> cursor = run(statement.value().get(), limit);
   if (!cursor) return Error{cursor.error()};

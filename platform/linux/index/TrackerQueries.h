@@ -39,6 +39,8 @@ class TrackerQueries {
 
   // Whether the index holds this folder itself.
   [[nodiscard]] Result<bool> holdsFolder(const std::string& folderUri, TimeLimit& limit);
+  // How many files and folders it holds below this one.
+  [[nodiscard]] Result<std::int64_t> numFilesBelow(const std::string& folderUri, TimeLimit& limit);
   // Every file below the folder that is larger. The limit is for each row anew.
   [[nodiscard]] Result<Done> filesBelow(const std::string& folderUri, std::uint32_t largerThanBytes,
                                         const std::function<void(IndexRow row)>& found, TimeLimit& limit,
@@ -49,6 +51,8 @@ class TrackerQueries {
 
   explicit TrackerQueries(GioRef<TrackerSparqlConnection> connection) : connection_(std::move(connection)) {}
   [[nodiscard]] Result<GioRef<TrackerSparqlStatement>> prepare(const char* sparql, TimeLimit& limit);
+  [[nodiscard]] Result<std::int64_t> number(const char* sparql, const char* name, const std::string& text,
+                                            TimeLimit& limit);
   [[nodiscard]] static Result<Cursor> run(TrackerSparqlStatement* statement, TimeLimit& limit);
 
   GioRef<TrackerSparqlConnection> connection_;

@@ -93,7 +93,8 @@ class TrackerIndexTest : public testing::Test {
     ASSERT_TRUE(service_->isReady());
   }
 
-  TrackerIndex index(TrackerIndex::Limits limits = {}) {
+  TrackerIndex index(TrackerIndex::Limits limits) {
+    limits.betweenLooks = 10ms;
     return {busAddress(), [this] { return roots_; }, limits};
   }
   std::string refusal(TrackerIndex::Limits limits = {}) {
@@ -201,7 +202,14 @@ TEST_F(TrackerIndexTest, RefusesAFolderThatItHasNotComeTo) {
 
 TEST_F(TrackerIndexTest, RefusesWhileItIsAtWork) {
   startService(kTracker, "0.99");
-  EXPECT_THAT(refusal({.perQuestion = 300ms}), HasSubstr("is still at work"));
+  EXPECT_THAT(refusal({.toSettle = 300ms}), HasSubstr("is still at work"));
+}
+
+TEST_F(TrackerIndexTest, RefusesWhileFilesStillComeToItAlthoughItSaysThatItIsIdle) {
+  setenv("LUMIVANE_GROWING_FOLDER", fileUri(folder_.path()).value().c_str(), 1);
+  startService();
+  unsetenv("LUMIVANE_GROWING_FOLDER");
+  EXPECT_THAT(refusal({.toSettle = 300ms}), HasSubstr("is still at work"));
 }
 
 TEST_F(TrackerIndexTest, OneThatHangsIsNotWaitedFor) {
