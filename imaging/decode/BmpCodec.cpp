@@ -99,7 +99,7 @@ class BmpCodec final : public PictureCodec {
 
   const PictureHeader& header() const override { return header_; }
 
-  BitmapRef decode(PixelPool& pool, int maxPixelSize, OrientationCode) override {
+  BitmapRef decode(PixelSource& pool, int maxPixelSize, OrientationCode) override {
     if (bmp_.packing != BmpHeader::Packing::Plain && !unpackRuns()) return nullptr;
     auto writer = PictureWriter::make(pool, bmp_.size, fittingSize(bmp_.size, maxPixelSize));
     if (!writer) return nullptr;

@@ -24,8 +24,8 @@ bool isDecodableSize(SizePx size, PictureType type) {
 
 class FileImageSource final : public ImageSource {
  public:
-  FileImageSource(PictureFile file, std::shared_ptr<PixelPool> pool)
-      : file_(std::move(file)), pool_(std::move(pool)) {
+  FileImageSource(PictureFile file, std::shared_ptr<PixelSource> pixels)
+      : file_(std::move(file)), pixels_(std::move(pixels)) {
     OpenedPicture picture = openPicture(file_);
     type_ = picture.type;
     opened_ = std::move(picture.opened);
@@ -49,12 +49,12 @@ class FileImageSource final : public ImageSource {
     if (!opened_.codec || maxPixelSize < 1 || !isDecodableSize(opened_.codec->header().size, type_))
       return nullptr;
     const OrientationCode stored = properties()->orientation.value_or(1);
-    return opened_.codec->decode(*pool_, maxPixelSize, stored >= 1 && stored <= 8 ? stored : 1);
+    return opened_.codec->decode(*pixels_, maxPixelSize, stored >= 1 && stored <= 8 ? stored : 1);
   }
 
  private:
   PictureFile file_;
-  std::shared_ptr<PixelPool> pool_;
+  std::shared_ptr<PixelSource> pixels_;
   PictureType type_ = PictureType::Unknown;
   OpenedCodec opened_;  // refers to file_
   std::optional<PropertyDictionary> properties_;
@@ -62,16 +62,12 @@ class FileImageSource final : public ImageSource {
 
 }  // namespace
 
-FileImageDecoder::FileImageDecoder(PixelPool::Limits limits) : pool_(std::make_shared<PixelPool>(limits)) {}
+FileImageDecoder::FileImageDecoder(PixelPool::Limits limits) : pixels_(std::make_shared<PixelPool>(limits)) {}
 
 std::unique_ptr<ImageSource> FileImageDecoder::open(const std::string& path) {
   auto file = PictureFile::open(path);
   if (!file) return nullptr;
-  return std::make_unique<FileImageSource>(std::move(*file), pool_);
-}
-
-void FileImageDecoder::trim() {
-  pool_->trim();
+  return std::make_unique<FileImageSource>(std::move(*file), pixels_);
 }
 
 }  // namespace lumivane

@@ -2,13 +2,14 @@
 // BMP and camera raw. The type is told by the content. Of animations and of several pages it is the first picture.
 //
 // Threads: any; pictures may be opened and decoded on several threads at once.
-// Owns:    the pool of pixel buffers; decoded pictures may outlive it.
+// Owns:    a share of the source of pixel buffers; decoded pictures may outlive it.
 // Units:   pixels.
 // Errors:  see ImageDecoder.
 #pragma once
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "imaging/ImageDecoder.h"
 #include "imaging/decode/PixelPool.h"
@@ -17,15 +18,14 @@ namespace lumivane {
 
 class FileImageDecoder final : public ImageDecoder {
  public:
+  // With a pool of its own.
   explicit FileImageDecoder(PixelPool::Limits limits = {});
+  explicit FileImageDecoder(std::shared_ptr<PixelSource> pixels) : pixels_(std::move(pixels)) {}
 
   [[nodiscard]] std::unique_ptr<ImageSource> open(const std::string& path) override;
 
-  // Frees the buffers that wait for the next picture, for when memory is short.
-  void trim();
-
  private:
-  std::shared_ptr<PixelPool> pool_;
+  std::shared_ptr<PixelSource> pixels_;
 };
 
 }  // namespace lumivane

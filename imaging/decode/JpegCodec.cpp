@@ -26,7 +26,7 @@ class JpegCodec final : public PictureCodec {
 
   const PictureHeader& header() const override { return header_; }
 
-  BitmapRef decode(PixelPool& pool, int maxPixelSize, OrientationCode orientation) override {
+  BitmapRef decode(PixelSource& pool, int maxPixelSize, OrientationCode orientation) override {
     JpegReader reader(file_);
     if (!reader.readHeader() || reader.size() != header_.size) return nullptr;
     const auto transform = SrgbTransform::make(reader.colourProfile(), layoutOf(reader));

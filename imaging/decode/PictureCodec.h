@@ -13,7 +13,7 @@
 #include "compositor/model/Bitmap.h"
 #include "imaging/ImageDecoder.h"
 #include "imaging/decode/PictureFile.h"
-#include "imaging/decode/PixelPool.h"
+#include "imaging/decode/PixelSource.h"
 
 namespace lumivane {
 
@@ -34,7 +34,7 @@ class PictureCodec {
 
   // `orientation` is how the stored pixels are to be turned. A codec that turns them by itself makes a bitmap
   // with orientation 1, of the turned size.
-  [[nodiscard]] virtual BitmapRef decode(PixelPool& pool, int maxPixelSize, OrientationCode orientation) = 0;
+  [[nodiscard]] virtual BitmapRef decode(PixelSource& pool, int maxPixelSize, OrientationCode orientation) = 0;
 };
 
 // A codec, or why there is none.

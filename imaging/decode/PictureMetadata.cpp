@@ -18,15 +18,6 @@ std::mutex& exivMutex() {
   return mutex;
 }
 
-void startExivOnce() {
-  static const bool started = [] {
-    Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
-    Exiv2::enableBMFF(true);
-    return Exiv2::XmpParser::initialize();
-  }();
-  (void)started;  // Without XMP the rest is still worth reading.
-}
-
 void parseExif(std::span<const std::byte> block, Exiv2::ExifData& exif) {
   if (block.empty() || block.size() > std::numeric_limits<std::uint32_t>::max()) return;
   Exiv2::ExifParser::decode(exif, reinterpret_cast<const Exiv2::byte*>(block.data()),
@@ -54,11 +45,20 @@ PropertyDictionary fromFile(const PictureFile& file, std::span<const std::byte> 
 
 }  // namespace
 
+void startExiv() {
+  static const bool started = [] {
+    Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+    Exiv2::enableBMFF(true);
+    return Exiv2::XmpParser::initialize();
+  }();
+  (void)started;  // Without XMP the rest is still worth reading.
+}
+
 PropertyDictionary readPictureMetadata(const PictureFile& file, PictureType type,
                                        std::span<const std::byte> exif) {
   const std::lock_guard lock(exivMutex());
   try {
-    startExivOnce();
+    startExiv();
     return type == PictureType::Jxl ? fromJxl(file) : fromFile(file, exif);
   } catch (const std::exception&) {  // Exiv2::AnyError among them
     return {};

@@ -15,6 +15,9 @@
 
 namespace lumivane {
 
+// Starts Exiv2; any number of times, readPictureMetadata() does it by itself. Not on two threads at once.
+void startExiv();
+
 // Everything but the pixel sizes, which the decoder knows better. `exif` (may be empty) is the Exif block as the
 // container's own library found it: it stands in where Exiv2 does not find one.
 [[nodiscard]] PropertyDictionary readPictureMetadata(const PictureFile& file, PictureType type,

@@ -16,7 +16,7 @@ SizePx fittingSize(SizePx size, int maxPixelSize) {
   return {scaled(size.width), scaled(size.height)};
 }
 
-std::optional<PictureWriter> PictureWriter::make(PixelPool& pool, SizePx source, SizePx target) {
+std::optional<PictureWriter> PictureWriter::make(PixelSource& pool, SizePx source, SizePx target) {
   PixelBuffer pixels = pool.take(packedLevelsBytes(target));
   if (pixels.bytes().empty()) return std::nullopt;
   return PictureWriter(std::move(pixels), packedLevels(target), source);

@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "compositor/model/Bitmap.h"
-#include "imaging/decode/PixelPool.h"
+#include "imaging/decode/PixelSource.h"
 #include "imaging/decode/RowShrinker.h"
 
 namespace lumivane {
@@ -29,7 +29,7 @@ class PictureWriter {
   static constexpr int kRowsAtOnce = 16;
 
   // Rows of `source` size will come; the result is `target`, no larger on either side.
-  [[nodiscard]] static std::optional<PictureWriter> make(PixelPool& pool, SizePx source, SizePx target);
+  [[nodiscard]] static std::optional<PictureWriter> make(PixelSource& pool, SizePx source, SizePx target);
 
   // Room for the next rows of the source: kRowsAtOnce of them, but never beyond the picture's end.
   [[nodiscard]] std::uint8_t* rows();

@@ -2,7 +2,6 @@
 
 #include <sys/mman.h>
 
-#include <bit>
 #include <cstdlib>
 #include <iterator>
 #include <mutex>
@@ -13,7 +12,6 @@ namespace lumivane {
 
 namespace {
 
-constexpr std::size_t kSmallestClass = 4096;
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 constexpr std::size_t kLargestRequest = std::size_t{1} << 40;
 
@@ -33,12 +31,6 @@ Block allocateBlock(std::size_t bytes) {
 }
 
 }  // namespace
-
-std::size_t pixelPoolSizeClass(std::size_t bytes) {
-  if (bytes <= kSmallestClass) return kSmallestClass;
-  const std::size_t step = std::bit_floor(bytes - 1) / 8;
-  return (bytes + step - 1) / step * step;
-}
 
 // The idle buffers, shared by the pool and by every buffer on loan.
 class PixelPool::Shelf {

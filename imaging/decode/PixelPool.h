@@ -13,10 +13,12 @@
 #include <memory>
 
 #include "compositor/model/Bitmap.h"
+#include "imaging/PixelSizeClass.h"
+#include "imaging/decode/PixelSource.h"
 
 namespace lumivane {
 
-class PixelPool {
+class PixelPool final : public PixelSource {
  public:
   // What the pool may hold back while nobody uses it. The oldest buffers go first.
   struct Limits {
@@ -27,8 +29,7 @@ class PixelPool {
   explicit PixelPool(Limits limits);
   PixelPool() : PixelPool(Limits{}) {}
 
-  // A buffer of exactly this many bytes, at least 64-byte aligned; its content is undefined.
-  [[nodiscard]] PixelBuffer take(std::size_t bytes);
+  [[nodiscard]] PixelBuffer take(std::size_t bytes) override;
 
   // Frees what is idle, for when memory is short.
   void trim();
@@ -40,9 +41,5 @@ class PixelPool {
   class Shelf;
   std::shared_ptr<Shelf> shelf_;
 };
-
-// The size that is really allocated for a request: the next of eight steps per power of two, so that buffers of
-// pictures of about the same size can stand in for each other.
-[[nodiscard]] std::size_t pixelPoolSizeClass(std::size_t bytes);
 
 }  // namespace lumivane

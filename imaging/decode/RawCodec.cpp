@@ -48,7 +48,7 @@ class RawCodec final : public PictureCodec {
 
   const PictureHeader& header() const override { return header_; }
 
-  BitmapRef decode(PixelPool& pool, int maxPixelSize, OrientationCode orientation) override {
+  BitmapRef decode(PixelSource& pool, int maxPixelSize, OrientationCode orientation) override {
     try {
       if (raw_.unpack() != LIBRAW_SUCCESS || raw_.dcraw_process() != LIBRAW_SUCCESS) return nullptr;
       return write(pool, maxPixelSize, orientation);
@@ -70,7 +70,7 @@ class RawCodec final : public PictureCodec {
     return {measured->imgdata.sizes.iwidth, measured->imgdata.sizes.iheight};
   }
 
-  BitmapRef write(PixelPool& pool, int maxPixelSize, OrientationCode orientation) {
+  BitmapRef write(PixelSource& pool, int maxPixelSize, OrientationCode orientation) {
     int width = 0, height = 0, colours = 0, bits = 0;
     raw_.get_mem_image_format(&width, &height, &colours, &bits);
     if (bits != 8 || (colours != 1 && colours != 3) || width <= 0 || height <= 0) return nullptr;

@@ -14,10 +14,6 @@
 
 namespace lumivane {
 
-namespace {
-
-using vips::VImage;
-
 bool startVips() {
   static const bool started = [] {
     // The library's warnings about odd files are of no use to anybody who looks at pictures.
@@ -35,6 +31,10 @@ bool startVips() {
   }();
   return started;
 }
+
+namespace {
+
+using vips::VImage;
 
 // The file as the library's source, with a position of its own.
 class VipsInput {
@@ -148,7 +148,7 @@ class VipsCodec final : public PictureCodec {
     return std::span(block, bytes).subspan(named ? kName.size() : 0);
   }
 
-  BitmapRef decode(PixelPool& pool, int maxPixelSize, OrientationCode orientation) override {
+  BitmapRef decode(PixelSource& pool, int maxPixelSize, OrientationCode orientation) override {
     try {
       return decodeOrThrow(pool, maxPixelSize, header_.ownTurn ? 1 : orientation);
     } catch (const std::exception&) {  // vips::VError among them
@@ -158,7 +158,7 @@ class VipsCodec final : public PictureCodec {
   }
 
  private:
-  BitmapRef decodeOrThrow(PixelPool& pool, int maxPixelSize, OrientationCode orientation) {
+  BitmapRef decodeOrThrow(PixelSource& pool, int maxPixelSize, OrientationCode orientation) {
     // Rows can be read from the top only once.
     VImage image = used_ ? load(input_.source(), type_) : image_;
     used_ = true;

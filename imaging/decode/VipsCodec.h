@@ -20,6 +20,10 @@ struct ContainerFacts {
   bool premultiplied = false;
 };
 
+// Starts the library with all loaders that it keeps in files of their own; false when it cannot be had. Any number of
+// times, openVipsCodec() does it by itself.
+bool startVips();
+
 // Requires: `file` outlives the codec.
 [[nodiscard]] OpenedCodec openVipsCodec(const PictureFile& file, PictureType type, ContainerFacts facts);
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "imaging/decode/BmpHeader.h"
+#include "imaging/decode/PixelPool.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace lumivane {
