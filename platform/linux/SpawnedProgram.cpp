@@ -1,0 +1,160 @@
+#include "platform/linux/SpawnedProgram.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <csignal>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <mutex>
+#include <system_error>
+
+#include "platform/PrintableText.h"
+#include "platform/linux/MessageSocket.h"
+#include "platform/linux/SealedMemory.h"
+
+namespace lumivane {
+namespace {
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+// The files that the program begins with.
+class SpawnFiles {
+ public:
+  explicit SpawnFiles(int socket) {
+    posix_spawn_file_actions_init(&actions_);
+    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    // Libraries write there what they think of a file, without measure.
+    posix_spawn_file_actions_addopen(&actions_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions_, socket, kChildSocket);
+    posix_spawn_file_actions_addclosefrom_np(&actions_, kChildSocket + 1);
+  }
+  ~SpawnFiles() { posix_spawn_file_actions_destroy(&actions_); }
+  SpawnFiles(const SpawnFiles&) = delete;
+  SpawnFiles& operator=(const SpawnFiles&) = delete;
+  [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+ private:
+  posix_spawn_file_actions_t actions_{};
+};
+
+// Signals as they are by default, none held back; a process group of its own, so that Ctrl-C reaches us alone.
+class SpawnAttributes {
+ public:
+  SpawnAttributes() {
+    posix_spawnattr_init(&attributes_);
+    sigset_t all;
+    sigset_t none;
+    sigfillset(&all);
+    sigemptyset(&none);
+    posix_spawnattr_setsigdefault(&attributes_, &all);
+    posix_spawnattr_setsigmask(&attributes_, &none);
+    posix_spawnattr_setpgroup(&attributes_, 0);
+    posix_spawnattr_setflags(&attributes_,
+                             POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETPGROUP);
+  }
+  ~SpawnAttributes() { posix_spawnattr_destroy(&attributes_); }
+  SpawnAttributes(const SpawnAttributes&) = delete;
+  SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+  [[nodiscard]] const posix_spawnattr_t* get() const { return &attributes_; }
+
+ private:
+  posix_spawnattr_t attributes_{};
+};
+
+Result<pid_t> spawn(const ProgramToSpawn& program, int socket) {
+  std::vector<std::string> words{program.path};
+  words.insert(words.end(), program.arguments.begin(), program.arguments.end());
+  std::vector<std::string> variables = program.environment;
+  const SpawnFiles files(socket);
+  const SpawnAttributes attributes;
+  pid_t process = 0;
+  const int error = posix_spawn(&process, program.path.c_str(), files.get(), attributes.get(),
+                                pointersTo(words).data(), pointersTo(variables).data());
+  if (error == 0) return process;
+  return Error{printable(program.path) +
+               " cannot be started: " + std::error_code(error, std::system_category()).message()};
+}
+
+}  // namespace
+
+// The processes that were told to end.
+class SpawnedPrograms::Ending {
+ public:
+  void end(pid_t process) {
+    ::kill(process, SIGKILL);
+    const std::lock_guard lock(mutex_);
+    processes_.push_back(process);
+    collectLocked();
+  }
+
+  std::size_t collect() {
+    const std::lock_guard lock(mutex_);
+    collectLocked();
+    return processes_.size();
+  }
+
+ private:
+  void collectLocked() {
+    std::erase_if(processes_, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
+  }
+
+  std::mutex mutex_;
+  std::vector<pid_t> processes_;  // guarded by mutex_
+};
+
+class SpawnedPrograms::Child final : public ChildProgram {
+ public:
+  Child(pid_t process, FileDescriptor socket, std::shared_ptr<Ending> ending)
+      : process_(process), socket_(std::move(socket)), ending_(std::move(ending)) {}
+  ~Child() override { ending_->end(process_); }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+
+  bool send(std::span<const std::byte> message, const SharedMemory* lent) override {
+    const auto* memory = dynamic_cast<const SealedMemory*>(lent);
+    if (lent != nullptr && memory == nullptr) return false;
+    return sendMessage(socket_.get(), message, memory != nullptr ? memory->descriptor() : -1, Waiting::Never);
+  }
+
+  MessageArrival receive(std::vector<std::byte>& message, Nanoseconds patience) override {
+    return receiver_.receive(message, patience);
+  }
+
+ private:
+  const pid_t process_;
+  const FileDescriptor socket_;
+  MessageReceiver receiver_{socket_.get(), MessageReceiver::Descriptors::Refused};
+  const std::shared_ptr<Ending> ending_;
+};
+
+SpawnedPrograms::SpawnedPrograms(ProgramToSpawn program)
+    : program_(std::move(program)), ending_(std::make_shared<Ending>()) {}
+SpawnedPrograms::~SpawnedPrograms() = default;
+
+Result<std::unique_ptr<ChildProgram>> SpawnedPrograms::start() {
+  (void)ending_->collect();
+  std::array<int, 2> ends{-1, -1};
+  if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)
+    return Error{"no socket: " + std::error_code(errno, std::system_category()).message()};
+  FileDescriptor ours(ends[0]);
+  const FileDescriptor theirs(ends[1]);
+  const Result<pid_t> process = spawn(program_, theirs.get());
+  if (!process) return Error{process.error()};
+  return std::unique_ptr<ChildProgram>(new Child(process.value(), std::move(ours), ending_));
+}
+
+std::size_t SpawnedPrograms::ending() {
+  return ending_->collect();
+}
+
+}  // namespace lumivane

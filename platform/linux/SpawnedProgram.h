@@ -1,0 +1,42 @@
+// Starts a program with a socket to it and nothing else of ours: no open files, no input, no output.
+//
+// Threads: as in ChildProgram.h.
+// Owns:    as in ChildProgram.h. Processes that were told to end are collected whenever there is an occasion; with the
+//          last occasion past, the system's first process inherits them.
+// Errors:  as in ChildProgram.h.
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/ChildProgram.h"
+
+namespace lumivane {
+
+// Where the program finds its end of the line.
+inline constexpr int kChildSocket = 3;
+
+struct ProgramToSpawn {
+  std::string path;
+  std::vector<std::string> arguments;    // without the program's own name
+  std::vector<std::string> environment;  // "NAME=value", the whole of it
+};
+
+class SpawnedPrograms final : public ChildPrograms {
+ public:
+  explicit SpawnedPrograms(ProgramToSpawn program);
+  ~SpawnedPrograms() override;
+  [[nodiscard]] Result<std::unique_ptr<ChildProgram>> start() override;
+  [[nodiscard]] std::size_t ending() override;
+
+ private:
+  class Ending;
+  class Child;
+  const ProgramToSpawn program_;
+  const std::shared_ptr<Ending> ending_;
+};
+
+}  // namespace lumivane
