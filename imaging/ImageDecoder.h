@@ -25,6 +25,7 @@ enum class ImageSourceStatus : int {
   UnknownType = -3,    // no picture of a type that is shown
   InvalidData = -4,    // a known type, but its header makes no sense
   UnexpectedEnd = -5,  // nothing in the file
+  DecoderFailed = -6,  // what opens pictures ended over this one, took too long, or answered nonsense
 };
 
 class ImageSource {
