@@ -96,6 +96,21 @@ class ByKeyboard(SettingUp):
         self.assertTrue(self.show.count("duration per image = 7"))
         self.assertIsNone(self.window(TITLE), "they open by themselves only once")
 
+    def test_the_search_in_an_index_needs_no_index_of_the_desktop(self):
+        self.show.start()
+        self.wait_for(TITLE)
+        pictures = self.pictures_outside_tmp()
+        self.choose_folder(pictures)
+        eventually(lambda: self.show.count(f"User selected directory: {pictures}"), "the folder is taken")
+        self.wait_for(TITLE)
+        self.press("alt+c")
+        self.wait_until_gone(TITLE)
+        self.show.next_shown()
+        for line in ("Starting directory scan using spotlight ...", f"The desktop's index does not answer for {pictures}: ",
+                     f"Pictures are searched by the headers of the files: {pictures}", "Pictures measured by their headers = 12",
+                     "Finished spotlight search; num images from query = 12  "):
+            self.assertEqual(self.show.count(line), 1, line)
+
     def test_a_duration_that_is_too_short_is_refused(self):
         self.show.set_up(self.pictures, DurationPerImage="600")
         self.show.start()
