@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <QCoreApplication>
 #include <QMessageLogContext>
+#include <QMetaObject>
 #include <QString>
 #include <atomic>
 #include <thread>
@@ -17,6 +19,7 @@ namespace {
 struct Watch {
   std::function<void()> onLoss;
   std::thread::id mainThread;
+  std::atomic<bool> ending{false};
   QtMessageHandler otherMessages = nullptr;
   XIOErrorHandler otherErrors = nullptr;
 };
@@ -31,38 +34,44 @@ bool tellsOfLoss(const QString& message) {
          message.startsWith("The Wayland connection experienced a fatal error");
 }
 
-[[noreturn]] void endProcess() {
-  if (Watch* const current = watch.exchange(nullptr)) current->onLoss();
+[[noreturn]] void endProcess(Watch& current) {
+  if (!current.ending.exchange(true)) current.onLoss();
   // Not exit(): other threads still draw, and what they use must not be taken down below them.
   ::_exit(DisplayLoss::kExitStatus);
 }
 
-void noteMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-  const Watch* const current = watch.load();
-  if (current == nullptr) return;
-  if (current->otherMessages != nullptr) current->otherMessages(type, context, message);
-  if (tellsOfLoss(message) && std::this_thread::get_id() == current->mainThread) endProcess();
+// Another thread that notices asks the main thread for the end, and goes no further: Qt or Xlib would end the process
+// below it. A main thread that waits for that very thread never hears of it, and gets no more than this time.
+[[noreturn]] void endOnMainThread(Watch& current) {
+  constexpr unsigned kLongestWaitSeconds = 3;
+  if (std::this_thread::get_id() == current.mainThread) endProcess(current);
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [&current] { endProcess(current); }, Qt::QueuedConnection);
+  for (unsigned left = kLongestWaitSeconds; left != 0;) left = ::sleep(left);
+  ::_exit(DisplayLoss::kExitStatus);
 }
 
-// The thread that draws notices through Xlib, whose own handler would end the process at once. It waits here until the
-// main thread has noticed through Qt.
-int endOrWait(Display* /*display*/) {
-  const Watch* const current = watch.load();
-  if (current != nullptr && std::this_thread::get_id() == current->mainThread) endProcess();
-  for (;;) ::pause();
+void noteMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  Watch* const current = watch.load();
+  if (current == nullptr) return;
+  if (current->otherMessages != nullptr) current->otherMessages(type, context, message);
+  if (tellsOfLoss(message)) endOnMainThread(*current);
+}
+
+int noteXlibError(Display* /*display*/) {
+  endOnMainThread(*watch.load());
 }
 
 }  // namespace
 
 DisplayLoss::DisplayLoss(std::function<void()> onLoss) {
-  watch = new Watch{std::move(onLoss), std::this_thread::get_id()};
+  watch = new Watch{.onLoss = std::move(onLoss), .mainThread = std::this_thread::get_id()};
   watch.load()->otherMessages = qInstallMessageHandler(noteMessage);
-  watch.load()->otherErrors = ::XSetIOErrorHandler(endOrWait);
+  watch.load()->otherErrors = ::XSetIOErrorHandler(noteXlibError);
 }
 
 DisplayLoss::~DisplayLoss() {
   Watch* const current = watch.load();
-  if (current == nullptr) return;
   ::XSetIOErrorHandler(current->otherErrors);
   qInstallMessageHandler(current->otherMessages);
   watch = nullptr;

@@ -192,6 +192,7 @@ class Slideshow:
                             "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent",
                             "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",
                             **screen.environment}
+        self.wrapper = []  # a program that becomes the slideshow, and its arguments
         self.process = None
         self.reader = None
         self.lines = []
@@ -216,7 +217,7 @@ class Slideshow:
         self.lines, self.shown, self.unread = [], None, queue.Queue()
 
     def start(self, *flags):
-        self.process = subprocess.Popen([APP, *flags], env=self.environment, stderr=subprocess.PIPE, text=True,
+        self.process = subprocess.Popen([*self.wrapper, APP, *flags], env=self.environment, stderr=subprocess.PIPE, text=True,
                                         errors="replace", stdout=subprocess.DEVNULL)
         self.reader = threading.Thread(target=self._read, args=(self.process.stderr,), daemon=True)
         self.reader.start()
