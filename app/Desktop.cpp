@@ -6,7 +6,9 @@
 #include "app/Version.h"
 #include "collection/SkipPatterns.h"
 #include "collection/index/DimensionCacheFile.h"
+#include "platform/linux/DecoderProgram.h"
 #include "platform/linux/ProgramFolder.h"
+#include "platform/linux/SystemClock.h"
 #include "platform/linux/UserLocale.h"
 #include "platform/linux/XdgUserFolders.h"
 #include "platform/linux/index/IndexedRoots.h"
@@ -40,9 +42,13 @@ Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, c
       photoLibrary_(valueOf(environment, "LUMIVANE_PHOTOS_LIBRARY"), folders_.pictures, locale_),
       displayRegistry_(files_, connectorsOf(windowSystemDisplays_.attached())),
       displays_(windowSystemDisplays_, displayRegistry_, log),
+      decoderPrograms_(decoderProgram(programFolder(), environment)),
+      decoderProcesses_(decoderPrograms_, pixelMemories_, clock, log, DecoderLimits{}, holdUp),
+      decoder_(decoderProcesses_),
       geocoder_(OfflineGeocoder::open(placesPath(programFolder(), valueOf(environment, "LUMIVANE_PLACES")),
                                       userLocale(environment, "LC_MESSAGES"), mainLoop_)),
       text_(log),
+      dimensions_(decoderProcesses_),
       desktopIndex_(sessionBusAddress(environment, files_), indexedRootsOfUser),
       folderFiles_(log),
       metadataQuery_({{&desktopIndex_, &folderFiles_},
@@ -63,6 +69,7 @@ Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, c
       folderChooser_([this](UseBus use) { sessionBus_.whenOpen(std::move(use)); }, window, folderDialog_),
       helpPanel_(window, workspace_) {
   if (!geocoder_) log.error(geocoder_.error());
+  decoderProcesses_.prepare();  // loads its libraries while the window is made
 }
 
 Host Desktop::host() {

@@ -11,9 +11,9 @@
 #include "collection/index/FolderFiles.h"
 #include "collection/index/IndexQuery.h"
 #include "engine/Host.h"
-#include "imaging/decode/FileImageDecoder.h"
-#include "imaging/decode/HeaderDimensions.h"
 #include "imaging/places/OfflineGeocoder.h"
+#include "imaging/process/ProcessDimensions.h"
+#include "imaging/process/ProcessImageDecoder.h"
 #include "platform/linux/DBusFileBrowser.h"
 #include "platform/linux/DBusKeepAwake.h"
 #include "platform/linux/DBusSleepNotes.h"
@@ -30,6 +30,8 @@
 #include "platform/linux/QtFolderChooser.h"
 #include "platform/linux/QtMainLoop.h"
 #include "platform/linux/QtTextRenderer.h"
+#include "platform/linux/SealedMemory.h"
+#include "platform/linux/SpawnedProgram.h"
 #include "platform/linux/ThemeSounds.h"
 #include "platform/linux/ThreadBoundedCalls.h"
 #include "platform/linux/ThreadSerialQueues.h"
@@ -74,7 +76,10 @@ class Desktop {
   const NamedDisplays displays_;
 
   // Pictures
-  FileImageDecoder decoder_;
+  SpawnedPrograms decoderPrograms_;
+  SealedMemories pixelMemories_;
+  DecoderProcesses decoderProcesses_;
+  ProcessImageDecoder decoder_;
   const Result<std::unique_ptr<OfflineGeocoder>> geocoder_;
   QtTextRenderer text_;
   TwisterRandom random_;
@@ -82,7 +87,7 @@ class Desktop {
   SharedTables tables_;
 
   // The search for them
-  HeaderDimensions dimensions_;
+  ProcessDimensions dimensions_;
   TrackerIndex desktopIndex_;
   FolderFiles folderFiles_;
   IndexQuery metadataQuery_;  // ends its threads before what they use

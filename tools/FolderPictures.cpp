@@ -8,11 +8,11 @@
 #include "collection/index/DimensionCacheFile.h"
 #include "collection/index/FolderFiles.h"
 #include "collection/index/IndexQuery.h"
-#include "imaging/decode/HeaderDimensions.h"
 #include "platform/PrintableText.h"
 #include "platform/linux/index/IndexedRoots.h"
 #include "platform/linux/index/SessionBusAddress.h"
 #include "platform/linux/index/TrackerIndex.h"
+#include "tools/PictureProcess.h"
 #include "tools/ProgressLine.h"
 
 namespace lumivane {
@@ -100,7 +100,8 @@ FolderPictures searchFolder(const Tool& tool, const SpotlightRequest& request, b
   Log& log = explain ? static_cast<Log&>(telling) : tool.log;
   TrackerIndex desktopIndex(sessionBusAddress(tool.environment, tool.files), indexedRootsOfUser);
   FolderFiles folderFiles(log);
-  HeaderDimensions dimensions;
+  PictureProcess process(tool);
+  PictureDimensions& dimensions = process.dimensions();
   const PictureSources sources{{&desktopIndex, &folderFiles},          dimensions, tool.files,
                                dimensionCachePath(tool.folders.cache), log,        {}};
   const PicturePredicate predicate = predicateOf(request);

@@ -5,11 +5,11 @@
 #include <map>
 #include <system_error>
 
-#include "imaging/decode/FileImageDecoder.h"
 #include "platform/PrintableText.h"
 #include "settings/SettingsStore.h"
 #include "tools/InspectedPicture.h"
 #include "tools/PicturePreview.h"
+#include "tools/PictureProcess.h"
 #include "tools/ProgressLine.h"
 #include "tools/Tool.h"
 
@@ -96,7 +96,7 @@ class PlacesOnDemand {
 };
 
 ExitStatus inspect(const Tool& tool, const Arguments& arguments, const InspectRules& rules) {
-  FileImageDecoder decoder;
+  PictureProcess process(tool);
   PlacesOnDemand places(tool);
   const PlaceLookup placeAt = [&](double latitude, double longitude) {
     return places.placeAt(latitude, longitude);
@@ -108,7 +108,7 @@ ExitStatus inspect(const Tool& tool, const Arguments& arguments, const InspectRu
   std::size_t done = 0;
   for (const std::string& path : arguments.operands) {
     progress.showShare(done++, arguments.operands.size());
-    const InspectedPicture picture = inspectPicture(decoder, path, rules, placeAt);
+    const InspectedPicture picture = inspectPicture(process.decoder(), path, rules, placeAt);
     progress.clear();
     tool.out << (arguments.has("--json") ? jsonLine(picture) + "\n" : readableBlock(picture)) << std::flush;
     if (!picture.couldBeOpened) status = fail(tool, printable(path) + " cannot be opened");

@@ -67,9 +67,14 @@ bool DecoderProcesses::waitForTurn() {
 }
 
 void DecoderProcesses::putBack(Connection connection) {
+  Connection oldest;  // ended after the lock
   const std::lock_guard lock(mutex_);
   troubles_.noteSuccess();
   idle_.push_back(std::move(connection));
+  if (idle_.size() > limits_.idle) {
+    oldest = std::move(idle_.front());
+    idle_.erase(idle_.begin());
+  }
   --onLoan_;
   cameBack_.notify_one();
 }

@@ -26,7 +26,8 @@ namespace lumivane {
 struct DecoderLimits {
   Nanoseconds start = std::chrono::seconds(20);    // until a process is ready
   Nanoseconds picture = std::chrono::seconds(20);  // for all that is asked about one picture
-  std::size_t processes = 4;                       // at the same time
+  std::size_t processes = 6;                       // at the same time
+  std::size_t idle = 2;                            // that are kept while nobody uses them
   std::size_t ending = 8;  // that were told to end and do not, before no more are started
   Nanoseconds pause = std::chrono::seconds(1);  // the longest time that a job waits for its turn to start one
 };

@@ -1,8 +1,13 @@
 #include "platform/linux/SystemClock.h"
 
 #include <ctime>
+#include <thread>
 
 namespace lumivane {
+
+void holdUp(Nanoseconds span) {
+  std::this_thread::sleep_for(span);
+}
 
 MediaTime SystemClock::now() const {
   timespec time{};

@@ -9,6 +9,9 @@
 
 namespace lumivane {
 
+// Holds up the calling thread; never the main one.
+void holdUp(Nanoseconds span);
+
 class SystemClock final : public Clock {
  public:
   [[nodiscard]] MediaTime now() const override;

@@ -98,6 +98,15 @@ TEST_F(DecoderProcessesTest, pictures_open_at_the_same_time_have_processes_of_th
   EXPECT_EQ(programs_.started, 2);
 }
 
+TEST_F(DecoderProcessesTest, few_processes_are_kept_when_many_were_needed) {
+  {
+    std::vector<std::unique_ptr<ImageSource>> sources;
+    for (std::size_t i = 0; i < DecoderLimits{}.processes; ++i) sources.push_back(decoder_.open("/1"));
+    EXPECT_EQ(programs_.alive, static_cast<int>(DecoderLimits{}.processes));
+  }
+  EXPECT_EQ(programs_.alive, static_cast<int>(DecoderLimits{}.idle));
+}
+
 TEST_F(DecoderProcessesTest, a_file_that_cannot_be_opened_is_gone) {
   EXPECT_EQ(messagesOf("/gone"), (std::vector<std::string>{"Image gone: ", "", "Image gone: /gone!"}));
   EXPECT_EQ(decoder_.open(""), nullptr);
