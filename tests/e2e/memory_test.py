@@ -16,9 +16,23 @@ SETTLED = 30      # changes until the history and all pools are full
 ROOM_MIB = 24     # what may come and go between two looks
 
 
+def mib(pid, kind):
+    status = pathlib.Path(f"/proc/{pid}/status").read_text()
+    return int(re.search(rf"{kind}:\s+(\d+) kB", status).group(1)) / 1024
+
+
+def decoders(pid):
+    """The processes that open the show's pictures."""
+    children = [child for task in pathlib.Path(f"/proc/{pid}/task").iterdir()
+                for child in (task / "children").read_text().split()]
+    return [child for child in children
+            if "lumivane-decode" in (status := pathlib.Path(f"/proc/{child}/status").read_text()) and "VmRSS" in status]
+
+
 def resident_mib(process):
-    status = pathlib.Path(f"/proc/{process.pid}/status").read_text()
-    return int(re.search(r"RssAnon:\s+(\d+) kB", status).group(1)) / 1024
+    """What the show and its decoder have each, and the pixels between them, all of which the decoder has touched."""
+    return mib(process.pid, "RssAnon") + sum(mib(child, "RssAnon") + mib(child, "RssShmem")
+                                             for child in decoders(process.pid))
 
 
 class Memory(SlideshowTest):
@@ -37,9 +51,10 @@ class Memory(SlideshowTest):
             self.show.next_shown()
             seen.append(resident_mib(self.show.process))
         if CHANGES >= 4 * SETTLED or os.environ.get("LUMIVANE_REPORT"):
-            print("MiB every 20 changes:", [round(mib) for mib in seen[::20]])
+            print("MiB every 20 changes:", [round(size) for size in seen[::20]])
+        self.assertEqual(len(decoders(self.show.process.pid)), 1)
         early, late = seen[SETTLED:SETTLED + 20], seen[-20:]
-        self.assertLess(max(late) - max(early), ROOM_MIB, [round(mib) for mib in seen])
+        self.assertLess(max(late) - max(early), ROOM_MIB, [round(size) for size in seen])
 
 
 if __name__ == "__main__":
