@@ -11,6 +11,7 @@
 #include "platform/linux/DisplayLoss.h"
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/EndLimit.h"
+#include "platform/linux/SilentBuses.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
 #include "platform/linux/TerminationSignals.h"
@@ -62,11 +63,12 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
 int main(int argc, char* argv[], char* environmentEntries[]) {
   std::signal(SIGPIPE, SIG_IGN);  // whoever reads the log may go; the show stays
   const std::vector<std::string> arguments(argv, argv + argc);
-  const Environment environment = environmentFrom(environmentEntries);
+  Environment environment = environmentFrom(environmentEntries);
   const SystemClock clock;
   const std::unique_ptr<Log> log = makeSystemLog(environment, clock);
   if (!displayServerReachable(environment))
     return fail(*log, "There is no display server to show pictures on.");
+  leaveOutSilentBuses(environment, *log);
   QApplication application(argc, argv);
   QApplication::setApplicationName("Lumivane");
   QApplication::setDesktopFileName(kApplicationId);

@@ -102,6 +102,8 @@ UseBus DBusKeepAwake::whileAlive(UseBus use) const {
 
 template <typename Answered>
 void DBusKeepAwake::when(const QDBusPendingCall& call, Answered answered) {
+  // Without a bus there is no call whose end could be waited for.
+  if (call.isFinished()) return answered(call);
   auto* watcher = new QDBusPendingCallWatcher(call, &receiver_);
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &receiver_,
                    [watcher, answered = std::move(answered)] {
