@@ -19,10 +19,12 @@ struct MasterViewControllerTest : ViewTest {
 
 TEST_F(MasterViewControllerTest, drivesTheViewFiftyTimesASecond) {
   load();
-  EXPECT_TRUE(controller->saver().filename().empty());
   loop.runFor(std::chrono::milliseconds(19));
-  EXPECT_TRUE(controller->saver().filename().empty());
+  EXPECT_EQ(log.countStartingWith("Loading image in main thread: "), 0U);
   loop.runFor(std::chrono::milliseconds(1));
+  EXPECT_EQ(log.countStartingWith("Loading image in main thread: "), 1U) << "asked for by the first frame";
+  EXPECT_TRUE(controller->saver().filename().empty());
+  loop.runFor(std::chrono::milliseconds(20));
   const std::string first = controller->saver().filename();
   EXPECT_FALSE(first.empty());
   loop.runFor(std::chrono::seconds(10));
