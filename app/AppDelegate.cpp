@@ -12,11 +12,13 @@ constexpr std::chrono::seconds kUnseenForLong{1};
 
 }  // namespace
 
-AppDelegate::AppDelegate(const Host& host, QtMainLoop& mainLoop, SleepNotes& sleepNotes, KeepAwake& keepAwake)
+AppDelegate::AppDelegate(const Host& host, QtMainLoop& mainLoop, SleepNotes& sleepNotes, KeepAwake& keepAwake,
+                         FrameWatcher* frames)
     : host_(host),
       mainLoop_(mainLoop),
       sleepNotes_(sleepNotes),
       keepAwake_(keepAwake),
+      frames_(frames),
       launcher_(host.files, host.log, host.folders.state),
       place_(host.files, host.log, host.folders.state),
       masterViewController_(host) {}
@@ -39,7 +41,8 @@ Result<Done> AppDelegate::applicationDidFinishLaunching() {
   if (!context) return Error{context.error()};
   openWindow(context.value()->format());
   surface_ = std::make_unique<QtGlSurface>(*window_, std::move(context.value()));
-  firstFrame_ = std::make_unique<FirstFrame>(mainLoop_, [this] { helpTheFirstStart(); });
+  firstFrame_ = std::make_unique<FirstFrame>(
+      mainLoop_, [this] { helpTheFirstStart(); }, frames_);
   renderThread_ = std::make_unique<RenderThread>(*surface_, host_.clock, host_.log, firstFrame_.get());
 
   masterViewController_.viewDidLoad({{0, 0}, window_->frame().size});

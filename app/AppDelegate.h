@@ -31,7 +31,9 @@ namespace lumivane {
 
 class AppDelegate final : public WindowListener {
  public:
-  AppDelegate(const Host& host, QtMainLoop& mainLoop, SleepNotes& sleepNotes, KeepAwake& keepAwake);
+  // `frames` (may be nullptr) is told of every frame until this is destroyed.
+  AppDelegate(const Host& host, QtMainLoop& mainLoop, SleepNotes& sleepNotes, KeepAwake& keepAwake,
+              FrameWatcher* frames = nullptr);
   ~AppDelegate() override;
 
   // All arguments of the process, the program's own path included.
@@ -76,6 +78,7 @@ class AppDelegate final : public WindowListener {
   QtMainLoop& mainLoop_;
   SleepNotes& sleepNotes_;
   KeepAwake& keepAwake_;
+  FrameWatcher* const frames_;
   LauncherFiles launcher_;
   WindowPlace place_;
   LaunchFlags flags_;

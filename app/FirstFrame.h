@@ -14,17 +14,20 @@ namespace lumivane {
 
 class FirstFrame final : public FrameWatcher {
  public:
-  // Requires: what the action uses is there as long as the main loop runs.
-  FirstFrame(MainLoop& mainLoop, std::function<void()> action)
-      : mainLoop_(mainLoop), action_(std::move(action)) {}
+  // Passes every frame on to `next` (may be nullptr). Requires: what the action uses is there as long as the main loop
+  // runs.
+  FirstFrame(MainLoop& mainLoop, std::function<void()> action, FrameWatcher* next)
+      : mainLoop_(mainLoop), action_(std::move(action)), next_(next) {}
 
-  void frameShown(const ShownFrame& /*frame*/) override {
+  void frameShown(const ShownFrame& frame) override {
     if (action_) mainLoop_.post(std::exchange(action_, nullptr));
+    if (next_ != nullptr) next_->frameShown(frame);
   }
 
  private:
   MainLoop& mainLoop_;
   std::function<void()> action_;  // the render thread's
+  FrameWatcher* const next_;
 };
 
 }  // namespace lumivane

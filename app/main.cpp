@@ -7,10 +7,13 @@
 
 #include "app/AppDelegate.h"
 #include "app/Desktop.h"
+#include "app/FrameStatistics.h"
+#include "app/MainThreadProbe.h"
 #include "app/Version.h"
 #include "platform/linux/DisplayLoss.h"
 #include "platform/linux/DisplayServer.h"
 #include "platform/linux/EndLimit.h"
+#include "platform/linux/ProcessUse.h"
 #include "platform/linux/SilentBuses.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/SystemLog.h"
@@ -38,24 +41,53 @@ int fail(Log& log, const std::string& message) {
   return 1;
 }
 
+// What LUMIVANE_FRAME_STATS asks for.
+struct Measuring {
+  std::string file;  // empty: nothing is measured
+  FrameStatistics statistics{processStart()};
+};
+
+Result<int> runUntilTheEnd(QApplication& application, Desktop& desktop, AppDelegate*& owner,
+                           const std::vector<std::string>& arguments, const Clock& clock,
+                           Measuring& measuring) {
+  AppDelegate delegate(desktop.host(), desktop.mainLoop(), desktop.sleepNotes(), desktop.keepAwake(),
+                       measuring.file.empty() ? nullptr : &measuring.statistics);
+  owner = &delegate;
+  const TerminationSignals terminationSignals([&desktop] { desktop.application().terminate(); });
+  const DisplayLoss displayLoss([&delegate] { delegate.displayLost(); });
+  delegate.applicationWillFinishLaunching(arguments);
+  const auto started = delegate.applicationDidFinishLaunching();
+  if (!started) {
+    owner = nullptr;
+    return Error{started.error()};
+  }
+  std::unique_ptr<MainThreadProbe> probe;
+  if (!measuring.file.empty()) {
+    probe = std::make_unique<MainThreadProbe>(desktop.mainLoop(), clock, [&measuring](Nanoseconds delay) {
+      measuring.statistics.mainThreadAnswered(delay);
+    });
+  }
+  const int status = application.exec();
+  delegate.applicationWillTerminate();
+  endProcessWithin(kLongestEnd);
+  owner = nullptr;
+  return status;
+}
+
 int runSlideshow(QApplication& application, const std::vector<std::string>& arguments,
                  const Environment& environment, const Clock& clock, Log& log) {
   AppDelegate* owner = nullptr;  // of the window that dialogs lie over
   const auto window = [&owner]() -> QWindow* {
     return owner != nullptr && owner->window() != nullptr ? &owner->window()->qtWindow() : nullptr;
   };
+  Measuring measuring{.file = valueOf(environment, "LUMIVANE_FRAME_STATS")};
   Desktop desktop(environment, clock, log, window);
-  AppDelegate delegate(desktop.host(), desktop.mainLoop(), desktop.sleepNotes(), desktop.keepAwake());
-  owner = &delegate;
-  const TerminationSignals terminationSignals([&desktop] { desktop.application().terminate(); });
-  const DisplayLoss displayLoss([&delegate] { delegate.displayLost(); });
-  delegate.applicationWillFinishLaunching(arguments);
-  if (const auto started = delegate.applicationDidFinishLaunching(); !started)
-    return fail(log, started.error());
-  const int status = application.exec();
-  delegate.applicationWillTerminate();
-  endProcessWithin(kLongestEnd);
-  return status;
+  const Result<int> status = runUntilTheEnd(application, desktop, owner, arguments, clock, measuring);
+  if (!status) return fail(log, status.error());
+  if (measuring.file.empty()) return status.value();
+  const std::string text = measuring.statistics.text(clock.now(), peakMemoryBytes());
+  const auto written = desktop.host().files.writeAtomically(measuring.file, text);
+  return written ? status.value() : fail(log, written.error());
 }
 
 }  // namespace

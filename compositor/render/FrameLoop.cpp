@@ -107,12 +107,9 @@ FrameLoop::Next FrameLoop::drawFrame() {
   const auto uploads = upload(moving ? kUploadWhileMoving : kUploadWhileStill);
   painter_->draw(list, surface_.sizePx());
   surface_.swapBuffers();
-  if (watcher_ != nullptr) {
-    frame.shown = clock_.now();
-    frame.moving = moving;
-    frame.longestUpload = std::exchange(longestUpload_, {});
-    watcher_->frameShown(frame);
-  }
+  frame.shown = clock_.now();
+  frame.moving = moving;
+  tell(frame, list);
   if (const auto failure = painter_->failure()) logOnce(*failure);
   if (moving) return Next::Frame;
   pacer_.rest();
@@ -123,6 +120,23 @@ FrameLoop::Next FrameLoop::uploadOnly() {
   const auto uploads = upload(kUploadWhileStill);
   if (uploads.shownBetter) return drawFrame();
   return uploads.pending ? Next::Upload : Next::Sleep;
+}
+
+void FrameLoop::tell(ShownFrame frame, const DrawList& list) {
+  if (watcher_ == nullptr) return;
+  frame.longestUpload = std::exchange(longestUpload_, {});
+  BitmapRef topmost;
+  for (const Quad& quad : list.quads) {
+    const auto* picture = std::get_if<PictureQuad>(&quad);
+    if (picture == nullptr || picture->pixelForPixel || picture->opacity <= 0)
+      continue;  // text is pixel for pixel
+    ++frame.pictures;
+    topmost = picture->contents;
+  }
+  const bool same = !topmost_.owner_before(topmost) && !topmost.owner_before(topmost_);
+  frame.anotherPicture = topmost != nullptr && !same;
+  topmost_ = topmost;
+  watcher_->frameShown(frame);
 }
 
 UploadProgress FrameLoop::upload(Nanoseconds budget) {

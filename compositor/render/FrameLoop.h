@@ -41,6 +41,7 @@ class FrameLoop {
   [[nodiscard]] Next turn(const SnapshotMailbox::News& news);
   [[nodiscard]] Next drawFrame();
   [[nodiscard]] Next uploadOnly();
+  void tell(ShownFrame frame, const DrawList& list);
   [[nodiscard]] UploadProgress upload(Nanoseconds budget);
   void closeDown();
   void logOnce(std::string_view failure);
@@ -56,7 +57,8 @@ class FrameLoop {
   FramePacer pacer_;
   std::shared_ptr<const FrameSnapshot> snapshot_;
   std::unique_ptr<Painter> painter_;
-  Nanoseconds longestUpload_{};  // since the last frame
+  Nanoseconds longestUpload_{};          // since the last frame
+  std::weak_ptr<const Bitmap> topmost_;  // the picture seen in the last frame
   bool contextMade_ = false;
   bool failureLogged_ = false;
   Next next_ = Next::Sleep;

@@ -5,6 +5,8 @@
 // Errors:  none.
 #pragma once
 
+#include <cstddef>
+
 #include "platform/Clock.h"
 
 namespace lumivane {
@@ -16,6 +18,10 @@ struct ShownFrame {
   bool moving = false;        // the next one is to follow at once
   Nanoseconds
       longestUpload{};  // the longest stretch of sending textures since the frame before; 0 = there was none
+  std::size_t pictures = 0;     // how many are seen in it; two in a dissolve
+  bool anotherPicture = false;  // the topmost is not that of the frame before
+
+  [[nodiscard]] bool changing() const { return pictures > 1 || anotherPicture; }
 };
 
 class FrameWatcher {

@@ -1,0 +1,51 @@
+// How smoothly the show ran, counted from its first frame to its last and written down when the program ends.
+//
+// Threads: frames are told on the render thread, answers of the main loop on the main thread; text() once both have
+//          ended. Each side has fields of its own.
+// Units:   media time. A frame is late when it comes more than one and a half refresh intervals after the one before,
+//          while something moves.
+// Errors:  none.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "app/IntervalHistogram.h"
+#include "compositor/render/FrameWatcher.h"
+
+namespace lumivane {
+
+class FrameStatistics final : public FrameWatcher {
+ public:
+  // `processStart`: from when the time to the first picture counts.
+  explicit FrameStatistics(MediaTime processStart) : processStart_(processStart) {}
+
+  void frameShown(const ShownFrame& frame) override;
+  // How long the main thread took to answer.
+  void mainThreadAnswered(Nanoseconds delay);
+
+  // One JSON object, times in milliseconds but for the seconds shown.
+  [[nodiscard]] std::string text(MediaTime end, std::size_t peakMemoryBytes) const;
+
+ private:
+  void countInterval(const ShownFrame& frame);
+
+  const MediaTime processStart_;
+
+  // The render thread's
+  std::optional<ShownFrame> last_;
+  std::optional<MediaTime> firstFrame_;
+  std::optional<MediaTime> firstPicture_;
+  std::uint64_t frames_ = 0;
+  std::uint64_t uploads_ = 0;
+  Nanoseconds longestUpload_{};
+  IntervalHistogram intervals_;  // while something moves
+  std::uint64_t lateWhileOneStands_ = 0;
+  std::uint64_t lateWhilePicturesChange_ = 0;
+
+  // The main thread's
+  IntervalHistogram answers_;
+};
+
+}  // namespace lumivane
