@@ -18,7 +18,8 @@ struct RichTextSpan {
   bool italic = false;
   bool underlined = false;
   bool fixedPitch = false;
-  std::size_t link = 0;  // number in RichText::links, from 1; 0 = none
+  std::size_t link = 0;     // number in RichText::links, from 1; 0 = none
+  std::size_t picture = 0;  // number in RichText::pictures, from 1; 0 = none. In place of the text
   bool operator==(const RichTextSpan&) const = default;
 };
 
@@ -32,9 +33,16 @@ struct RichTextParagraph {
   std::vector<RichTextSpan> spans{};
 };
 
+struct RichTextPicture {
+  std::string png;  // a whole PNG file, as far as the document tells
+  double width = 0;
+  double height = 0;
+};
+
 struct RichText {
   std::vector<RichTextParagraph> paragraphs;
   std::vector<std::string> links;  // http, https and mailto alone
+  std::vector<RichTextPicture> pictures;
 };
 
 }  // namespace lumivane

@@ -24,7 +24,7 @@ constexpr std::int32_t kMostTwips = 1000 * kTwipsInPoint;
 constexpr int kHeadingLevels = 6;
 
 // What a group's text is for.
-enum class Destination { Body, Nothing, Fonts, FieldInstruction };
+enum class Destination { Body, Nothing, Fonts, FieldInstruction, Picture };
 
 // What a group inherits from the one around it, and forgets at its end.
 struct Group {
@@ -40,11 +40,11 @@ struct Group {
 
 // Groups whose text does not belong to the document's, though they are not marked as optional.
 constexpr std::string_view kPassedOver[] = {
-    "annotation", "bkmkend",    "bkmkstart", "buptim",   "colortbl", "comment",  "creatim",
-    "filetbl",    "footer",     "footerf",   "footerl",  "footerr",  "footnote", "ftncn",
-    "ftnsep",     "header",     "headerf",   "headerl",  "headerr",  "info",     "listtable",
-    "nonshppict", "object",     "pict",      "private",  "printim",  "revtim",   "revtbl",
-    "rxe",        "stylesheet", "tc",        "template", "txe",      "xe"};
+    "annotation", "bkmkend", "bkmkstart", "buptim",  "colortbl", "comment",  "creatim",
+    "filetbl",    "footer",  "footerf",   "footerl", "footerr",  "footnote", "ftncn",
+    "ftnsep",     "header",  "headerf",   "headerl", "headerr",  "info",     "listtable",
+    "nonshppict", "object",  "private",   "printim", "revtim",   "revtbl",   "rxe",
+    "stylesheet", "tc",      "template",  "txe",     "xe"};
 
 bool isPassedOver(std::string_view word) {
   return std::ranges::find(kPassedOver, word) != std::end(kPassedOver);
@@ -123,6 +123,9 @@ class Reader {
     fallbackLeft_ = 0;
     const Destination ended = groups_.back().destination;
     groups_.pop_back();
+    const bool pictureEnds =
+        ended == Destination::Picture && !groups_.empty() && groups_.back().destination == Destination::Body;
+    if (pictureEnds) return endPicture();
     const bool instructionEnds = ended == Destination::FieldInstruction && !groups_.empty() &&
                                  groups_.back().destination != Destination::FieldInstruction;
     if (instructionEnds) endInstruction();
@@ -137,6 +140,39 @@ class Reader {
     groups_.back().format.link = document_.links.size();
   }
 
+  // A picture of another kind, or without a size, is left out.
+  const char* endPicture() {
+    RichTextPicture picture = std::exchange(picture_, {});
+    nibbles_ = 0;
+    if (!std::exchange(pictureIsPng_, false) || picture.png.empty() || picture.width <= 0 ||
+        picture.height <= 0)
+      return nullptr;
+    if (++spans_ > kMostSpans) return "it has too many pictures";
+    document_.pictures.push_back(std::move(picture));
+    RichTextSpan span;
+    span.picture = document_.pictures.size();
+    paragraph_.push_back(std::move(span));
+    return nullptr;
+  }
+
+  void describePicture(const RtfToken& token) {
+    if (token.word == "pngblip") pictureIsPng_ = true;
+    if (token.word == "picwgoal") picture_.width = pointsOf(token);
+    if (token.word == "pichgoal") picture_.height = pointsOf(token);
+  }
+
+  // Two hexadecimal digits are a byte of the picture's file.
+  const char* takePictureDigit(char digit) {
+    const int value = hexDigit(digit);
+    if (value < 0) return nullptr;
+    if (nibbles_++ % 2 == 0) {
+      picture_.png.push_back(static_cast<char>(value << 4));
+    } else {
+      picture_.png.back() = static_cast<char>(picture_.png.back() | value);
+    }
+    return nullptr;
+  }
+
   const char* takeWord(const RtfToken& token) {
     if (groups_.empty()) return "it does not begin with {\\rtf";
     Group& group = groups_.back();
@@ -148,6 +184,7 @@ class Reader {
     if (fallbackLeft_ > 0) return --fallbackLeft_, nullptr;
     if (token.word == "u") return takeUnicode(token.parameter.value_or(0));
     if (opens && redirect(group, token.word)) return nullptr;
+    if (group.destination == Destination::Picture) return describePicture(token), nullptr;
     if (const std::uint32_t named = namedCharacter(token.word); named != 0) return put(named);
     if (token.word == "par" || token.word == "sect" || token.word == "page") return takeParagraphEnd(group);
     if (!formatParagraph(group.paragraph, token)) formatCharacters(group, token);
@@ -161,6 +198,8 @@ class Reader {
       group.destination = Destination::Fonts;
     } else if (word == "field") {
       group.isField = true;
+    } else if (word == "pict") {
+      if (group.destination == Destination::Body) group.destination = Destination::Picture;
     } else if (word == "fldinst") {
       group.destination = Destination::FieldInstruction;
     } else if (group.isOptional || isPassedOver(word)) {
@@ -232,6 +271,7 @@ class Reader {
     if (!begun_) return "it does not begin with {\\rtf";
     groups_.back().isFresh = false;
     if (fallbackLeft_ > 0) return --fallbackLeft_, nullptr;
+    if (groups_.back().destination == Destination::Picture) return takePictureDigit(static_cast<char>(byte));
     if (byte < 0x20 && byte != '\t') return nullptr;
     return put(fromCodePage1252(byte));
   }
@@ -263,7 +303,7 @@ class Reader {
 
   static bool looksAlike(const RichTextSpan& one, const RichTextSpan& other) {
     return one.bold == other.bold && one.italic == other.italic && one.underlined == other.underlined &&
-           one.fixedPitch == other.fixedPitch && one.link == other.link;
+           one.fixedPitch == other.fixedPitch && one.link == other.link && one.picture == other.picture;
   }
 
   const char* takeParagraphEnd(const Group& group) {
@@ -284,6 +324,9 @@ class Reader {
   std::vector<RichTextSpan> paragraph_;  // that is being read
   std::set<std::int32_t> fixedPitchFonts_;
   std::string instruction_;  // of the field that is being read
+  RichTextPicture picture_;  // that is being read
+  bool pictureIsPng_ = false;
+  std::size_t nibbles_ = 0;  // of the picture's bytes
   std::uint32_t highSurrogate_ = 0;
   std::int32_t fallbackLeft_ = 0;  // characters to pass over
   std::size_t spans_ = 0;

@@ -1,5 +1,5 @@
 // Reads an RTF document: headings, paragraphs, indents, tab stops, bold, italic, underlined and fixed-pitch words,
-// links. Colours, sizes, pictures, tables and whatever else it does not know are passed over.
+// links, pictures in PNG. Colours, sizes, other pictures, tables and whatever else it does not know are passed over.
 //
 // Threads: any; a pure function.
 // Errors:  fails for what is no RTF, is larger or deeper than any help text, or ends in the middle. No input makes it

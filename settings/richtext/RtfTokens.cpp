@@ -14,17 +14,18 @@ bool isLetter(char c) {
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
-int hexDigit(char c) {
-  if (isDigit(c)) return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
-}
 
 RtfToken plain(RtfToken::Kind kind, char byte = 0) {
   return {kind, {}, std::nullopt, static_cast<unsigned char>(byte)};
 }
 
 }  // namespace
+
+int hexDigit(char c) {
+  if (isDigit(c)) return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
 
 Result<RtfToken> RtfTokens::next() {
   while (!ended()) {

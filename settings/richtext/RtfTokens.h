@@ -24,6 +24,9 @@ struct RtfToken {
   unsigned char byte = 0;  // Symbol: the character behind the backslash. Byte: in the document's code page
 };
 
+// What a hexadecimal digit counts; -1 for any other character.
+[[nodiscard]] int hexDigit(char c);
+
 class RtfTokens {
  public:
   explicit RtfTokens(std::string_view bytes) : bytes_(bytes) {}

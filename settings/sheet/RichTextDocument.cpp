@@ -1,16 +1,22 @@
 #include "settings/sheet/RichTextDocument.h"
 
+#include <QBuffer>
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QImage>
+#include <QImageReader>
 #include <QPalette>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QUrl>
 #include <algorithm>
 
 namespace lumivane {
 namespace {
 
-constexpr double kLineHeight = 13;     // points of a line of text in the documents that we read
+constexpr double kLineHeight = 13;  // points of a line of text in the documents that we read
+constexpr int kMostPictureSide = 4096;
 constexpr int kLargestAdjustment = 3;  // steps by which the highest heading is larger than the text
 
 class Writer {
@@ -30,12 +36,43 @@ class Writer {
       cursor_.setBlockFormat(blockFormatOf(paragraph));
       cursor_.setBlockCharFormat(QTextCharFormat());
       for (const RichTextSpan& span : paragraph.spans) {
+        if (span.picture > 0) {
+          insertPicture(span.picture);
+          continue;
+        }
         cursor_.insertText(QString::fromStdString(span.text), charFormatOf(span, paragraph.headingLevel));
       }
     }
   }
 
  private:
+  // A picture that cannot be read, or is absurdly large, is left out.
+  void insertPicture(std::size_t number) {
+    if (number > text_.pictures.size()) return;
+    const RichTextPicture& picture = text_.pictures[number - 1];
+    QByteArray png = QByteArray::fromStdString(picture.png);
+    QBuffer bytes(&png);
+    QImageReader reader(&bytes, "png");
+    if (reader.size().width() > kMostPictureSide || reader.size().height() > kMostPictureSide) return;
+    // Scaled here, for the document's own scaling drops pixels.
+    const QSizeF shown = QSizeF(picture.width, picture.height) * scale_;
+    const double ratio = qApp->devicePixelRatio();
+    QImage image = reader.read()
+                       .convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                       .scaled((shown * ratio).toSize().expandedTo({1, 1}), Qt::IgnoreAspectRatio,
+                               Qt::SmoothTransformation);
+    if (image.isNull()) return;
+    image.setDevicePixelRatio(ratio);
+    QTextDocument& document = *cursor_.document();
+    const QUrl name(QString("picture:%1").arg(number));
+    document.addResource(QTextDocument::ImageResource, name, image);
+    QTextImageFormat format;
+    format.setName(name.toString());
+    format.setWidth(shown.width());
+    format.setHeight(shown.height());
+    cursor_.insertImage(format);
+  }
+
   [[nodiscard]] QTextBlockFormat blockFormatOf(const RichTextParagraph& paragraph) const {
     QTextBlockFormat format;
     format.setHeadingLevel(paragraph.headingLevel);

@@ -28,11 +28,11 @@ PLAIN = {"KenBurnsIsOn": "false", "ZoomIsOn": "false", "CrossDissolve": "false",
 
 
 def eventually(condition, what, patience=PATIENCE):
-    """Asks again and again until the answer is not None or False, and gives it back."""
+    """Asks again and again until the answer is more than nothing (None, False, 0, ""), and gives it back."""
     deadline = time.monotonic() + patience
     while time.monotonic() < deadline:
         answer = condition()
-        if answer is not None and answer is not False:
+        if answer:
             return answer
         time.sleep(0.05)
     raise AssertionError(f"{what}: not within {patience} seconds")

@@ -103,6 +103,31 @@ TEST(RtfReaderTest, WhatIsNotTextIsPassedOver) {
   EXPECT_THAT(textsOf("{\\rtf1\\cf2\\fs48\\whatever7 text}"), ElementsAre("text"));
 }
 
+TEST(RtfReaderTest, PicturesInPngStandAmongTheWords) {
+  const RichText document = documentOf(
+      "{\\rtf1 before {\\pict\\pngblip\\picwgoal2000\\pichgoal1000\n89504E47\n0d0a1A0a}after\\par}");
+  ASSERT_THAT(document.pictures, SizeIs(1));
+  EXPECT_EQ(document.pictures[0].png, "\x89PNG\r\n\x1A\n");
+  EXPECT_EQ(document.pictures[0].width, 100);
+  EXPECT_EQ(document.pictures[0].height, 50);
+  ASSERT_THAT(document.paragraphs, SizeIs(1));
+  EXPECT_THAT(document.paragraphs[0].spans,
+              ElementsAre(plain("before "), RichTextSpan{.picture = 1}, plain("after")));
+}
+
+TEST(RtfReaderTest, OtherPicturesAreLeftOut) {
+  for (const char* picture :
+       {"{\\pict\\jpegblip\\picwgoal20\\pichgoal20 ffd8}", "{\\pict\\pngblip 8950}",
+        "{\\pict\\pngblip\\picwgoal20 8950}", "{\\pict\\pngblip\\picwgoal20\\pichgoal-20 8950}",
+        "{\\pict\\pngblip\\picwgoal20\\pichgoal20 }",
+        "{\\*\\unknown{\\pict\\pngblip\\picwgoal20\\pichgoal20 8950}}"}) {
+    const RichText document = documentOf("{\\rtf1 " + std::string(picture) + "text}");
+    EXPECT_THAT(document.pictures, IsEmpty()) << picture;
+    ASSERT_THAT(document.paragraphs, SizeIs(1)) << picture;
+    EXPECT_THAT(document.paragraphs[0].spans, ElementsAre(plain("text"))) << picture;
+  }
+}
+
 TEST(RtfReaderTest, LinksLeadOutside) {
   const RichText document = documentOf(
       "{\\rtf1 See {\\field{\\*\\fldinst{HYPERLINK \"https://example.org/a\"}}{\\fldrslt{\\ul here}}}. "

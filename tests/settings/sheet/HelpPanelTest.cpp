@@ -47,6 +47,32 @@ class HelpPanelTest : public ::testing::Test {
   QtHelpPanel panel_{[] { return nullptr; }, workspace_};
 };
 
+TEST_F(HelpPanelTest, ShowsThePicturesOfItsDocument) {
+  open();
+  QStringList names;
+  for (QTextBlock block = browser().document()->begin(); block.isValid(); block = block.next()) {
+    for (auto piece = block.begin(); !piece.atEnd(); ++piece) {
+      const QTextCharFormat format = piece.fragment().charFormat();
+      if (format.isImageFormat()) names.append(format.toImageFormat().name());
+    }
+  }
+  ASSERT_FALSE(names.isEmpty());
+  for (const QString& name : names) {
+    const auto image =
+        browser().document()->resource(QTextDocument::ImageResource, QUrl(name)).value<QImage>();
+    EXPECT_GT(image.width(), 250) << name.toStdString();
+  }
+}
+
+TEST(ShowRichText, LeavesOutPicturesThatCannotBeRead) {
+  QTextDocument document;
+  RichText text;
+  text.pictures = {{.png = "no PNG at all", .width = 10, .height = 10}};
+  text.paragraphs = {{.spans = {{.text = "a"}, {.picture = 1}, {.picture = 7}, {.text = "b"}}}};
+  showRichText(document, text, QPalette());
+  EXPECT_EQ(document.toPlainText(), "ab");
+}
+
 TEST_F(HelpPanelTest, ShowsTheShippedDocument) {
   open();
   EXPECT_TRUE(browser().toPlainText().startsWith("Lumivane\n"));
