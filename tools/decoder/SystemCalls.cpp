@@ -7,7 +7,9 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <memory>
 
 #include "tools/decoder/Sandbox.h"
@@ -23,7 +25,7 @@ constexpr int kAllowed[] = {
     SCMP_SYS(close_range), SCMP_SYS(fstat), SCMP_SYS(newfstatat), SCMP_SYS(stat), SCMP_SYS(lstat),
     SCMP_SYS(statx), SCMP_SYS(fstatfs), SCMP_SYS(statfs), SCMP_SYS(access), SCMP_SYS(faccessat),
     SCMP_SYS(faccessat2), SCMP_SYS(readlink), SCMP_SYS(readlinkat), SCMP_SYS(getcwd), SCMP_SYS(getdents64),
-    SCMP_SYS(fcntl), SCMP_SYS(dup), SCMP_SYS(pipe2), SCMP_SYS(fadvise64),
+    SCMP_SYS(dup), SCMP_SYS(pipe2), SCMP_SYS(fadvise64),
     // The line to the show; standard error
     SCMP_SYS(sendmsg), SCMP_SYS(recvmsg), SCMP_SYS(write), SCMP_SYS(writev), SCMP_SYS(poll), SCMP_SYS(ppoll),
     // Memory
@@ -59,6 +61,14 @@ scmp_arg_cmp exactly(unsigned argument, scmp_datum_t value) {
   return {argument, SCMP_CMP_EQ, value, 0};
 }
 
+// Not: whom the kernel is to signal about a file, and with which signal.
+bool allowOpenFiles(const Filter& filter) {
+  constexpr int kHarmless[] = {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL};
+  return std::all_of(std::begin(kHarmless), std::end(kHarmless), [&filter](int command) {
+    return allow(filter, SCMP_SYS(fcntl), exactly(1, static_cast<scmp_datum_t>(command)));
+  });
+}
+
 // Calls that are harmless with some arguments only.
 bool allowWithConditions(const Filter& filter) {
   constexpr scmp_datum_t kWriting = O_ACCMODE | O_CREAT | O_TRUNC | O_APPEND;
@@ -70,7 +80,7 @@ bool allowWithConditions(const Filter& filter) {
          allow(filter, SCMP_SYS(mprotect), noneOf(2, PROT_EXEC)) &&
          allow(filter, SCMP_SYS(clone), scmp_arg_cmp{0, SCMP_CMP_MASKED_EQ, kThread, kThread}) &&
          allow(filter, SCMP_SYS(tgkill), exactly(0, self)) &&  // for abort()
-         allow(filter, SCMP_SYS(prctl), exactly(0, PR_SET_NAME)) &&
+         allowOpenFiles(filter) && allow(filter, SCMP_SYS(prctl), exactly(0, PR_SET_NAME)) &&
          allow(filter, SCMP_SYS(prlimit64), exactly(0, 0), exactly(2, 0));
 }
 
@@ -83,7 +93,7 @@ void setLimit(__rlimit_resource resource, rlim_t value) {
 
 void limitResources(std::uint64_t memoryBytes, std::uint64_t sharedBytes) {
   setLimit(RLIMIT_FSIZE, 0);
-  setLimit(RLIMIT_CORE, 0);
+  setLimit(RLIMIT_CORE, 1);  // 0 would not hold back a program that the kernel pipes cores to; 1 does
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   (void)memoryBytes, (void)sharedBytes;  // the sanitizers' shadow memory takes up terabytes of addresses
 #else

@@ -35,6 +35,7 @@ class DecoderConnectionTest : public testing::Test {
   }
 
   void connect(FakeChildPrograms::Answer answer) {
+    connection_.reset();  // before what it came from
     programs_ = std::make_unique<FakeChildPrograms>(clock_, std::move(answer));
     connection_ = std::make_unique<DecoderConnection>(std::move(programs_->start()).value(), pool_, clock_);
   }

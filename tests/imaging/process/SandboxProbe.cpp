@@ -67,6 +67,7 @@ void tryCalls() {
   expectClosed("fork", forked > 0);
   ::execve(program, arguments, none);
   expectClosed("exec", false);  // or we would not be here
+  expectClosed("signals about files", ::fcntl(STDIN_FILENO, F_SETOWN, ::getppid()) == 0);
   expectClosed("kill", ::kill(::getppid(), 0) == 0);
   void* const code = ::mmap(nullptr, 4096, PROT_READ | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   expectClosed("code", code != MAP_FAILED);

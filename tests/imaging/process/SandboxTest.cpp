@@ -68,7 +68,7 @@ TEST_F(SandboxTest, everything_is_closed_but_reading) {
 #else
   EXPECT_EQ(countOf(lines, "open "), 0) << testing::PrintToString(lines);
 #endif
-  EXPECT_GE(countOf(lines, "closed "), 21) << testing::PrintToString(lines);
+  EXPECT_GE(countOf(lines, "closed "), 22) << testing::PrintToString(lines);
   expectUntouched();
 }
 
