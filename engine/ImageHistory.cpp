@@ -4,10 +4,11 @@
 #include <string>
 #include <utility>
 
+#include "imaging/LongestSide.h"
+
 namespace lumivane {
 namespace {
 
-constexpr std::int64_t kScarceMemoryMB = 1536;  // below: shrink
 constexpr std::int64_t kAmpleMemoryMB = 3073;   // from here on: grow
 constexpr std::int64_t kUnknownMemoryMB = 512;  // what a failed query counts as
 

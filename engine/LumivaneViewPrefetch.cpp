@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "engine/LumivaneView.h"
+#include "imaging/LongestSide.h"
 #include "platform/PrintableText.h"
 
 namespace lumivane {
@@ -93,7 +94,9 @@ void LumivaneView::acceptPrefetched(LoadedPicture picture) {
 }
 
 LoadLimits LumivaneView::loadLimits() const {
-  return {settings_.excludeSize_, filename_};
+  const Result<std::int64_t> freeMB = host_.memory.freeAndReclaimableMB();
+  return {settings_.excludeSize_, filename_,
+          freeMB ? longestSideFor(freeMB.value()) : kThumbnailMaxPixelSize};
 }
 
 void LumivaneView::tell(const std::vector<LoadMessage>& messages) {

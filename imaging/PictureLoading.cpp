@@ -76,7 +76,7 @@ class Loading {
   }
 
   void decode() {
-    BitmapRef image = source_->thumbnail(kThumbnailMaxPixelSize);
+    BitmapRef image = source_->thumbnail(limits_.longestSide);
     if (!image) return logError("Image loading failed: " + printable(path_));
     outcome_.picture = LoadedPicture{std::move(image), std::move(*properties_)};
   }

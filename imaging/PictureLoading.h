@@ -44,6 +44,7 @@ struct LoadOutcome {
 struct LoadLimits {
   std::uint32_t excludeSize = 0;  // a picture with a shorter side than this is refused; compared unsigned
   std::string filenameOnScreen;   // the picture shown now, which is what the message about the size names
+  int longestSide = kThumbnailMaxPixelSize;  // in pixels; a larger picture is made smaller
 };
 
 [[nodiscard]] LoadOutcome loadPicture(ImageDecoder& decoder, const std::string& path,

@@ -250,6 +250,7 @@ TEST_F(ViewTest, littleMemoryShrinksTheHistoryAndTheShowGoesOn) {
                          [](const HistoryEntry& e) { return e.img != nullptr; });
   };
   EXPECT_LE(kept(), 3);
+  EXPECT_EQ(decoder.longestSide, 1920) << "and pictures are decoded smaller";
   memory.fails = true;
   for (int i = 0; i < 5; ++i) runUntilChange();
   EXPECT_LE(kept(), 3);
@@ -257,6 +258,7 @@ TEST_F(ViewTest, littleMemoryShrinksTheHistoryAndTheShowGoesOn) {
   memory.megabytes = 8000;
   for (int i = 0; i < 20; ++i) runUntilChange();
   EXPECT_EQ(kept(), 12);
+  EXPECT_EQ(decoder.longestSide, kThumbnailMaxPixelSize);
 }
 
 }  // namespace

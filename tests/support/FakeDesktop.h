@@ -32,6 +32,7 @@ struct FakePicture {
 class FakeImageDecoder final : public ImageDecoder {
  public:
   std::map<std::string, FakePicture> pictures;           // by path; any other path cannot be opened
+  int longestSide = 0;                                   // that the last picture was wanted with
   std::map<std::string, int> decodes;                    // how often each path was decoded
   std::function<void(const std::string& path)> touched;  // told of every picture that is opened
 
@@ -48,7 +49,8 @@ class FakeImageDecoder final : public ImageDecoder {
         : decoder(d), path(std::move(p)), picture(std::move(pic)) {}
     [[nodiscard]] ImageSourceStatus status() const override { return picture.status; }
     [[nodiscard]] std::optional<PropertyDictionary> properties() override { return picture.properties; }
-    [[nodiscard]] BitmapRef thumbnail(int /*maxPixelSize*/) override {
+    [[nodiscard]] BitmapRef thumbnail(int maxPixelSize) override {
+      decoder.longestSide = maxPixelSize;
       ++decoder.decodes[path];
       return picture.decodes ? makeBlankBitmap({4, 3}) : nullptr;
     }
