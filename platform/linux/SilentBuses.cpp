@@ -34,7 +34,7 @@ BusRef begin(const std::string& address) {
 
 // Waits for something to read or write, no longer than until the deadline. False when there is no time left.
 bool waitForBus(sd_bus* bus, steady_clock::time_point deadline) {
-  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - steady_clock::now());
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now());
   if (left.count() <= 0) return false;
   const int events = ::sd_bus_get_events(bus);
   pollfd descriptor{::sd_bus_get_fd(bus), static_cast<short>(std::max(events, 0)), 0};

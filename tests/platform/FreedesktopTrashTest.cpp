@@ -3,14 +3,21 @@
 #include <linux/capability.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <array>
+#include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <regex>
 #include <set>
 #include <sstream>
 
+#include "platform/linux/FileDescriptor.h"
 #include "tests/support/OwnMounts.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -228,6 +235,46 @@ TEST_F(FreedesktopTrashTest, AnotherDiskHasItsOwnTrash) {
   EXPECT_THAT(*answer,
               ::testing::StartsWith("gone\npixels\n[Trash Info]\nPath=folder/%FF%20b.jpg\nDeletionDate="));
   EXPECT_THAT(trashedNames(), IsEmpty());
+}
+
+// Killed at any moment, each file is where it was or in the trash, whole.
+TEST_F(FreedesktopTrashTest, AProcessThatIsKilledLosesNoFile) {
+  constexpr int kKills = 30;
+  constexpr int kFiles = 200;
+  std::mt19937 dice(2026);
+  std::size_t moved = 0;
+  for (int kill_ = 0; kill_ < kKills; ++kill_) {
+    const std::string run = std::to_string(kill_) + "-";
+    for (int i = 0; i < kFiles; ++i) folder_.write(run + std::to_string(i), "picture " + std::to_string(i));
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const FileDescriptor begun(ends[0]);
+    FileDescriptor begins(ends[1]);
+    const pid_t child = fork();
+    if (child == 0) {
+      alarm(60);
+      for (int i = 0; i < kFiles; ++i) {
+        if (!trash_.trashItem(folder_ / (run + std::to_string(i))).ok()) _exit(1);
+        if (i == 0 && write(begins.get(), "x", 1) != 1) _exit(1);
+      }
+      for (;;) pause();
+    }
+    begins = FileDescriptor();
+    char byte = 0;
+    ASSERT_EQ(read(begun.get(), &byte, 1), 1);
+    const timespec moment{0, static_cast<long>(dice() % 10'000'000)};
+    nanosleep(&moment, nullptr);  // the moment itself is what is tried
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    for (int i = 0; i < kFiles; ++i) {
+      const std::string name = run + std::to_string(i);
+      const bool inPlace = isThere(folder_ / name);
+      ASSERT_NE(inPlace, isThere(trashed(name))) << name;
+      ASSERT_EQ(contentOf(inPlace ? folder_ / name : trashed(name)), "picture " + std::to_string(i));
+      moved += inPlace ? 0 : 1;
+    }
+  }
+  EXPECT_GE(moved, static_cast<std::size_t>(kKills));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -56,6 +57,7 @@ TEST_F(SilentBusesTest, ABusThatHangsUpHasAnswered) {
     _exit(close(client));
   }
   EXPECT_TRUE(busAnswers(address, kPlenty));
+  waitpid(server, nullptr, 0);
 }
 
 TEST_F(SilentBusesTest, IsLeftOutOfTheEnvironment) {
