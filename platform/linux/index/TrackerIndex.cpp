@@ -19,7 +19,7 @@ constexpr std::array<const char*, 2> kServices = {"org.freedesktop.LocalSearch3"
                                                   "org.freedesktop.Tracker3.Miner.Files"};
 constexpr const char* kMinerPath = "/org/freedesktop/Tracker3/Miner/Files";
 constexpr const char* kMinerInterface = "org.freedesktop.Tracker3.Miner";
-constexpr int kEqualLooks = 3;
+constexpr int kEqualLooks = 5;
 
 struct Service {
   std::string name;

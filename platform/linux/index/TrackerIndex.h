@@ -20,8 +20,8 @@ class TrackerIndex final : public FileIndex {
  public:
   struct Limits {
     std::chrono::milliseconds perQuestion{2000};
-    std::chrono::milliseconds toSettle{2500};
-    std::chrono::milliseconds betweenLooks{250};
+    std::chrono::milliseconds toSettle{4000};
+    std::chrono::milliseconds betweenLooks{300};
     std::chrono::milliseconds perRow{10'000};  // the first row has to wait for all of the index's work
   };
   // The folders that the index takes in with all below them; absent: nobody knows.
