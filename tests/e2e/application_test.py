@@ -21,13 +21,6 @@ class Application(SlideshowTest):
         self.alive = self.shared / "LumivaneApp.flags"
         self.request = self.shared / "LumivaneApp-Auto-Launcher.flags"
 
-    def begin(self, *flags, **settings):
-        self.show.set_up(self.pictures, **settings)
-        self.show.begin_anew()
-        self.show.start(*flags)
-        self.show.next_shown()
-        eventually(self.screen.window_size, "a window")
-
     def fills_screen(self):
         return self.screen.window_size() == (WIDTH, HEIGHT)
 

@@ -12,13 +12,6 @@ APPLICATION_ID = "de.orvik.LumivaneApp"
 
 
 class OnX11(SlideshowTest):
-    def begin(self, *flags, **settings):
-        self.show.set_up(self.pictures, **settings)
-        self.show.begin_anew()
-        self.show.start(*flags)
-        self.show.next_shown()
-        eventually(self.screen.window_size, "a window")
-
     def property_of_window(self, name):
         window = self.screen.do("search", "--onlyvisible", "--name", "^Lumivane$").split()[-1]
         return subprocess.run(["xprop", "-id", window, "-notype", name], env=self.show.environment, timeout=30, check=True,

@@ -285,6 +285,14 @@ class SlideshowTest(unittest.TestCase):
         self.pictures = pathlib.Path(self.home) / "pictures"
         shutil.copytree(self.painted, self.pictures)
 
+    def begin(self, *flags, **settings):
+        """The show as it stands once its first picture is there."""
+        self.show.set_up(self.pictures, **settings)
+        self.show.begin_anew()
+        self.show.start(*flags)
+        self.show.next_shown()
+        eventually(self.screen.window_size, "a window")
+
     def open_bus(self, variable):
         """A bus that the program takes for the session's or the system's."""
         bus = Bus(self.home, variable.lower())
