@@ -17,7 +17,8 @@ class Corpus : public ::testing::TestWithParam<FuzzTarget> {};
 TEST_P(Corpus, KeepsAllPromises) {
   const FuzzTarget target = GetParam();
   std::size_t inputs = 0;
-  for (const auto& file : std::filesystem::directory_iterator(std::filesystem::path(LUMIVANE_CORPUS) / target.name)) {
+  for (const auto& file :
+       std::filesystem::directory_iterator(std::filesystem::path(LUMIVANE_CORPUS) / target.name)) {
     SCOPED_TRACE(file.path().string());
     std::ostringstream content;
     content << std::ifstream(file.path(), std::ios::binary).rdbuf();
@@ -28,8 +29,12 @@ TEST_P(Corpus, KeepsAllPromises) {
   target.run("");
 }
 
+std::string nameOf(const ::testing::TestParamInfo<FuzzTarget>& target) {
+  return std::string(target.param.name);
+}
+
 INSTANTIATE_TEST_SUITE_P(All, Corpus, ::testing::ValuesIn(fuzzTargets().begin(), fuzzTargets().end()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         nameOf);
 
 }  // namespace
 }  // namespace lumivane

@@ -37,7 +37,8 @@ void fuzzHelp(std::string_view bytes) {
 // The bytes before the first zero are patterns, a line each, those after it a path.
 void fuzzSkipPatterns(std::string_view bytes) {
   const std::string_view patterns = bytes.substr(0, bytes.find('\0'));
-  const std::string_view path = patterns.size() < bytes.size() ? bytes.substr(patterns.size() + 1) : "/a/b.jpg";
+  const std::string_view path =
+      patterns.size() < bytes.size() ? bytes.substr(patterns.size() + 1) : "/a/b.jpg";
   std::vector<std::string> lines;
   for (std::size_t begin = 0; begin <= patterns.size();) {
     const std::size_t end = std::min(patterns.find('\n', begin), patterns.size());

@@ -44,7 +44,8 @@ void fuzzPhotoLibrary(std::string_view bytes) {
   for (std::size_t i = 0; i < looked; ++i) {
     const auto pictures = library.pictures(albums.value().albums[i], AlbumDetail::Descriptions, {});
     if (!pictures) continue;
-    for (const AlbumPicture& picture : pictures.value()) promise(picture.path.empty() || picture.path.front() == '/');
+    for (const AlbumPicture& picture : pictures.value())
+      promise(picture.path.empty() || picture.path.front() == '/');
   }
   promise(contentOf(database) == bytes);
   promise(std::distance(std::filesystem::directory_iterator(database.parent_path()), {}) == 1);
@@ -59,7 +60,8 @@ void fuzzDecoderAnswer(std::string_view bytes) {
   promise(std::ranges::equal(encoded(*answer), message));
   if (const auto* decoded = std::get_if<DecodeAnswer>(&*answer)) {
     promise(decoded->orientation >= 1 && decoded->orientation <= 8);
-    if (decoded->decoded) promise(decoded->size.width > 0 && decoded->size.height > 0 && !packedLevels(decoded->size).empty());
+    if (decoded->decoded)
+      promise(decoded->size.width > 0 && decoded->size.height > 0 && !packedLevels(decoded->size).empty());
   }
   if (const auto* measured = std::get_if<MeasureAnswer>(&*answer)) {
     promise(measured->sizes.size() <= kMostPathsAtOnce);
