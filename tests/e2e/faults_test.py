@@ -4,6 +4,7 @@ import os
 import pathlib
 import plistlib
 import signal
+import socket
 import subprocess
 import time
 import unittest
@@ -100,13 +101,15 @@ class Monitors(FaultsTest):
         self.monitor("--delmonitor", "RIGHT")
         eventually(lambda: self.show.count("our display = LEFT") > before, "it stands on the display that is left")
         self.show.next_shown()
+        on_right = self.show.count("our display = RIGHT")
         self.plug("RIGHT", half, half, "none")
-        self.screen.press("f")
-        for _ in range(2):
-            self.show.next_shown()
-            self.monitor("--delmonitor", "RIGHT")
-            self.show.next_shown()
-            self.plug("RIGHT", half, half, "none")
+        self.screen.do("windowmove", self.window(), str(half + 50), "100")
+        eventually(lambda: self.show.count("our display = RIGHT") > on_right, "it stands on the right again")
+        on_left = self.show.count("our display = LEFT")
+        self.screen.do("windowmove", self.window(), "50", "50")
+        eventually(lambda: self.show.count("our display = LEFT") > on_left, "it stands on the left again")
+        self.show.shown = None
+        self.show.next_shown()
         self.assertIsNone(self.show.process.poll())
 
 
@@ -169,6 +172,38 @@ class HungDisk(FaultsTest):
         time.sleep(max(0, 6 - (time.monotonic() - begun)))
         end(self.disk)
         self.assertEqual(self.show.process.wait(timeout=20), 0)
+
+
+class SilentBus(FaultsTest):
+    def test_buses_that_never_answer_are_done_without(self):
+        silent = socket.socket(socket.AF_UNIX)
+        self.addCleanup(silent.close)
+        silent.bind(self.home + "/silent")
+        silent.listen()
+        for variable in ("DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"):
+            self.show.environment[variable] = "unix:path=" + self.home + "/silent"
+        self.begin("-f")
+        self.assertEqual(self.show.count("does not answer; the show does without it."), 2)
+        self.assert_ends()
+
+    def test_nobody_waits_for_a_bus_that_stops(self):
+        buses = [self.open_bus(variable) for variable in ("DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS")]
+        self.begin()
+        eventually(self.screen.window_size, "a window")
+        for bus in buses:
+            bus.processes[-1].send_signal(signal.SIGSTOP)
+            self.addCleanup(bus.processes[-1].send_signal, signal.SIGCONT)
+        for key in ("Return", "f", "space", "space"):
+            self.screen.press(key)
+        before = len(self.show.lines)
+        self.screen.press("i")
+        eventually(lambda: len(self.show.lines) > before, "the key was acted on", patience=2)
+        self.show.next_shown()
+        self.assert_ends()
+
+    def assert_ends(self):
+        self.show.process.send_signal(signal.SIGTERM)
+        self.assertEqual(self.show.process.wait(timeout=3), 0)
 
 
 class GoneDisk(FaultsTest):
