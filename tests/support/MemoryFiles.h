@@ -1,8 +1,10 @@
-// Files that live in the test's memory and fail when the test wants them to.
+// Files that live in the test's memory and fail when the test wants them to. The fields are for the test alone, while no
+// other thread is at work.
 #pragma once
 
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -25,10 +27,12 @@ class MemoryFiles final : public Files {
   std::function<std::optional<std::string>(const std::string& path)> fault;
 
   [[nodiscard]] bool exists(const std::string& path) const override {
+    const std::lock_guard lock(mutex_);
     tell(path);
     return isThere(path);
   }
   [[nodiscard]] Result<std::string> read(const std::string& path, std::size_t maxBytes) const override {
+    const std::lock_guard lock(mutex_);
     tell(path);
     const auto found = content.find(path);
     if (unreadable.contains(path)) return Error{path + ": Permission denied"};
@@ -37,6 +41,7 @@ class MemoryFiles final : public Files {
     return found->second;
   }
   [[nodiscard]] Result<Done> writeAtomically(const std::string& path, std::string_view bytes) override {
+    const std::lock_guard lock(mutex_);
     tell(path);
     if (const auto reason = faultAt(path)) return Error{path + ": " + *reason};
     if (unwritable.contains(path)) return Error{path + ": No space left on device"};
@@ -45,6 +50,7 @@ class MemoryFiles final : public Files {
     return Done{};
   }
   [[nodiscard]] Result<Done> rename(const std::string& from, const std::string& to) override {
+    const std::lock_guard lock(mutex_);
     tell(from);
     if (const auto reason = faultAt(from)) return Error{from + ": " + *reason};
     const auto found = content.find(from);
@@ -54,12 +60,14 @@ class MemoryFiles final : public Files {
     return Done{};
   }
   [[nodiscard]] Result<WallTime> modificationTime(const std::string& path) const override {
+    const std::lock_guard lock(mutex_);
     tell(path);
     if (!isThere(path) || undated.contains(path)) return Error{path + ": No such file or directory"};
     const auto found = modified.find(path);
     return found == modified.end() ? WallTime{} : found->second;
   }
   [[nodiscard]] Result<Done> remove(const std::string& path) override {
+    const std::lock_guard lock(mutex_);
     tell(path);
     if (const auto reason = faultAt(path)) return Error{path + ": " + *reason};
     if (unremovable.contains(path)) return Error{path + ": Operation not permitted"};
@@ -67,6 +75,7 @@ class MemoryFiles final : public Files {
     return Done{};
   }
   [[nodiscard]] Result<Done> probeForUpdating(const std::string& path) const override {
+    const std::lock_guard lock(mutex_);
     tell(path);
     if (unreadable.contains(path)) return Error{path + ": Permission denied"};
     if (!content.contains(path)) return Error{path + ": No such file or directory"};
@@ -74,6 +83,8 @@ class MemoryFiles final : public Files {
   }
 
  private:
+  mutable std::mutex mutex_;  // views look at files on their queues, too
+
   void tell(const std::string& path) const {
     if (touched) touched(path);
   }
