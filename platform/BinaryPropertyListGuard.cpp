@@ -89,8 +89,20 @@ class BinaryScan {
     if (!list && !dictionary && !bytesOrText) return {1, 0};
     const Extent extent = extentAt(at);
     if (!problem_.empty()) return {};
+    if (type == 0x5 && holdsZero(extent, 1)) return fail("a text holds a zero");
+    if (type == 0x6 && holdsZero(extent, 2)) return fail("a text holds a zero");
     if (bytesOrText) return {1 + 4 * extent.count, 0};  // a UTF-16 unit may become three bytes
     return shapeOfReferences(extent, dictionary ? 2 * extent.count : extent.count, depth);
+  }
+
+  // The library ends the program when a text does not end at its first zero. What is cut off holds one, too.
+  [[nodiscard]] bool holdsZero(const Extent& text, std::size_t unitBytes) const {
+    if (text.count > (table_ - text.start) / unitBytes) return true;
+    for (std::uint64_t unit = 0; unit < text.count; ++unit) {
+      if (bigEndian(bytes_, text.start + static_cast<std::size_t>(unit) * unitBytes, unitBytes) == 0)
+        return true;
+    }
+    return false;
   }
 
   Extent extentAt(std::size_t at) {

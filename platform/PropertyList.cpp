@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <optional>
 
 #include "platform/PrintableText.h"
 #include "platform/PropertyListGuard.h"
@@ -74,10 +75,12 @@ PropertyListData dataOf(plist_t node) {
   return {bytes == nullptr ? std::string() : std::string(bytes, length)};
 }
 
-WallTime dateOf(plist_t node) {
+// Nothing for a date that the library cannot tell: one before 1933 or after 2069.
+std::optional<WallTime> dateOf(plist_t node) {
   std::int32_t seconds = 0;
   std::int32_t microseconds = 0;
   plist_get_date_val(node, &seconds, &microseconds);
+  if (seconds == std::numeric_limits<std::int32_t>::min()) return std::nullopt;
   return WallTime(std::chrono::seconds(seconds) + kFormatEpoch);
 }
 
@@ -104,7 +107,7 @@ class NodeReader {
       case PLIST_DATA:
         return dataOf(node);
       case PLIST_DATE:
-        return dateOf(node);
+        return checkedDate(node);
       case PLIST_ARRAY:
         return arrayOf(node);
       case PLIST_DICT:
@@ -119,6 +122,12 @@ class NodeReader {
   }
 
  private:
+  WallTime checkedDate(plist_t node) {
+    const std::optional<WallTime> date = dateOf(node);
+    if (!date) sound_ = false;
+    return date.value_or(WallTime{});
+  }
+
   std::string checkedText(char* text) {
     const CText owned(text);
     if (text == nullptr) return {};
@@ -254,7 +263,7 @@ Result<PropertyList> parsePropertyList(std::string_view bytes) {
   if (!root) return Error{"not a property list: it cannot be parsed"};
   NodeReader reader;
   PropertyList list = reader.read(root.get());
-  if (!reader.sound()) return Error{"not a property list: it holds values of an unknown kind"};
+  if (!reader.sound()) return Error{"not a property list: it holds values that cannot be kept"};
   return list;
 }
 

@@ -22,7 +22,7 @@ inline constexpr std::size_t kLargestPropertyListBytes = std::size_t{16} << 20;
 // Elements known, numbers and dates well-formed, nesting within the limit.
 [[nodiscard]] Result<Done> guardXmlPropertyList(std::string_view bytes);
 
-// No cycles, nesting within the limit, and not more than 64 MiB after every reference is followed.
+// No cycles, nesting within the limit, no zeros in texts, and not more than 64 MiB after every reference is followed.
 [[nodiscard]] Result<Done> guardBinaryPropertyList(std::string_view bytes);
 
 }  // namespace lumivane

@@ -5,34 +5,15 @@ LUMIVANE_CHANGES says how many pictures are shown.
 """
 import os
 import pathlib
-import re
 import subprocess
 import unittest
 
+from memory import decoders, resident_mib
 from slideshow import SlideshowTest
 
 CHANGES = int(os.environ.get("LUMIVANE_CHANGES", "80"))
 SETTLED = 30      # changes until the history and all pools are full
 ROOM_MIB = 24     # what may come and go between two looks
-
-
-def mib(pid, kind):
-    status = pathlib.Path(f"/proc/{pid}/status").read_text()
-    return int(re.search(rf"{kind}:\s+(\d+) kB", status).group(1)) / 1024
-
-
-def decoders(pid):
-    """The processes that open the show's pictures."""
-    children = [child for task in pathlib.Path(f"/proc/{pid}/task").iterdir()
-                for child in (task / "children").read_text().split()]
-    return [child for child in children
-            if "lumivane-decode" in (status := pathlib.Path(f"/proc/{child}/status").read_text()) and "VmRSS" in status]
-
-
-def resident_mib(process):
-    """What the show and its decoder have each, and the pixels between them, all of which the decoder has touched."""
-    return mib(process.pid, "RssAnon") + sum(mib(child, "RssAnon") + mib(child, "RssShmem")
-                                             for child in decoders(process.pid))
 
 
 class Memory(SlideshowTest):

@@ -59,13 +59,13 @@ void fuzzDecoderAnswer(std::string_view bytes) {
   if (!answer) return;
   promise(std::ranges::equal(encoded(*answer), message));
   if (const auto* decoded = std::get_if<DecodeAnswer>(&*answer)) {
+    if (!decoded->decoded) return;
     promise(decoded->orientation >= 1 && decoded->orientation <= 8);
-    if (decoded->decoded)
-      promise(decoded->size.width > 0 && decoded->size.height > 0 && !packedLevels(decoded->size).empty());
+    promise(decoded->size.width > 0 && decoded->size.height > 0 && !packedLevels(decoded->size).empty());
   }
   if (const auto* measured = std::get_if<MeasureAnswer>(&*answer)) {
     promise(measured->sizes.size() <= kMostPathsAtOnce);
-    for (const auto& size : measured->sizes) promise(!size || (size->width > 0 && size->height > 0));
+    for (const auto& size : measured->sizes) promise(!size || (size->width >= 0 && size->height >= 0));
   }
 }
 

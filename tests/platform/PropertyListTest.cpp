@@ -242,6 +242,30 @@ TEST(PropertyList, SharedObjectsCountAtTheirDeepestPlace) {
   EXPECT_FALSE(parsePropertyList(binaryChain(100)).ok());
 }
 
+// The library ends the program at the first of them.
+TEST(PropertyList, BinaryTextsMayNotHoldZeros) {
+  EXPECT_TRUE(
+      parsePropertyList(binaryDictionary(std::string("\x53"
+                                                     "abc"))));
+  EXPECT_FALSE(
+      parsePropertyList(binaryDictionary(std::string("\x53"
+                                                     "a\0c",
+                                                     4))));
+  EXPECT_TRUE(parsePropertyList(binaryDictionary(std::string("\x62\0a\0b", 5))));
+  EXPECT_FALSE(parsePropertyList(binaryDictionary(std::string("\x62\0a\0\0", 5))));
+  std::string key =
+      binaryDictionary(std::string("\x53"
+                                   "abc"));
+  key[key.find("Qn") + 1] = '\0';
+  EXPECT_FALSE(parsePropertyList(key));
+}
+
+// They could not be written again, and the file with them would be left as it is for ever, or lose them.
+TEST(PropertyList, DatesThatCannotBeKeptAreRefused) {
+  EXPECT_TRUE(parsePropertyList(xml("<date>2069-01-01T00:00:00Z</date>")));
+  EXPECT_FALSE(parsePropertyList(xml("<date>5032-05-06T07:08:09Z</date>")));
+}
+
 TEST(PropertyList, DamagedBytesNeverCrash) {
   PropertyListDictionary dictionary;
   dictionary.emplace("DurationPerImage", std::int64_t{60});
