@@ -1,6 +1,7 @@
 // Opens picture files in a process of its own: nothing that a file holds can harm the show.
 //
 // Threads: as in ImageDecoder.h. A call waits for the other process, at most as long as DecoderLimits says.
+//          A thread that has a picture open should not open another: all processes may be with threads that do so.
 // Owns:    nothing; the processes outlive the decoder and its sources.
 // Units:   pixels.
 // Errors:  as in ImageDecoder.h; DecoderFailed where no process could say more. The log says what happened. A picture

@@ -1,8 +1,10 @@
 // The process that opens picture files for the slideshow. It is started by the slideshow, with a line to it, and ends
 // with it.
+#include <fcntl.h>
 #include <malloc.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <charconv>
 #include <cstdio>
@@ -15,6 +17,7 @@
 #include "imaging/decode/HeaderDimensions.h"
 #include "imaging/decode/PictureMetadata.h"
 #include "imaging/decode/VipsCodec.h"
+#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/SpawnedProgram.h"
 #include "tools/decoder/PictureService.h"
 #include "tools/decoder/Sandbox.h"
@@ -53,7 +56,15 @@ void endWithTheShow() {
   std::_Exit(0);
 }
 
+// Where memory runs out, the system should rather end this process than the show.
+void goFirst() {
+  constexpr std::string_view kFirst = "500";
+  const FileDescriptor score(::open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC));
+  [[maybe_unused]] const ssize_t written = ::write(score.get(), kFirst.data(), kFirst.size());  // only a wish
+}
+
 int serve(std::uint64_t memoryBytes) {
+  goFirst();
   HelloAnswer hello;
   hello.filesReadOnly = makeFilesReadOnly();
   ::mallopt(M_ARENA_MAX, 2);                    // each takes up 64 MiB of addresses

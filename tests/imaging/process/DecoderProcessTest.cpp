@@ -210,6 +210,15 @@ TEST_F(DecoderProcessTest, a_stopped_process_is_given_up_in_time) {
   EXPECT_EQ(programs_->ending(), 0U);
 }
 
+TEST_F(DecoderProcessTest, where_memory_runs_out_the_process_goes_before_the_show) {
+  start();
+  ASSERT_TRUE(decoder_->open(writeQuarters("a.jpg")));
+  std::ifstream score("/proc/" + std::to_string(children().back()) + "/oom_score_adj");
+  int points = 0;
+  EXPECT_TRUE(score >> points);
+  EXPECT_GE(points, 500);
+}
+
 TEST_F(DecoderProcessTest, a_process_killed_in_its_sleep_is_replaced) {
   start();
   const std::string path = writeQuarters("a.jpg");
