@@ -75,6 +75,14 @@ PropertyListData dataOf(plist_t node) {
   return {bytes == nullptr ? std::string() : std::string(bytes, length)};
 }
 
+// XML 1.0 has no way to write most control characters.
+bool isWritable(std::string_view text) {
+  const bool control = std::ranges::any_of(text, [](char c) {
+    return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
+  });
+  return !control && isValidUtf8(text);
+}
+
 // Nothing for a date that the library cannot tell: one before 1933 or after 2069.
 std::optional<WallTime> dateOf(plist_t node) {
   std::int32_t seconds = 0;
@@ -84,7 +92,8 @@ std::optional<WallTime> dateOf(plist_t node) {
   return WallTime(std::chrono::seconds(seconds) + kFormatEpoch);
 }
 
-// Turns the library's nodes into values, and remembers whether all of them had a place in a PropertyList.
+// Turns the library's nodes into values, and remembers whether all of them could be written again: what could not would
+// stand in the way of everything that is to be written later.
 class NodeReader {
  public:
   [[nodiscard]] bool sound() const { return sound_; }
@@ -132,7 +141,7 @@ class NodeReader {
     const CText owned(text);
     if (text == nullptr) return {};
     std::string copy(text);
-    if (!isValidUtf8(copy)) sound_ = false;
+    if (!isWritable(copy)) sound_ = false;
     return copy;
   }
 
@@ -231,14 +240,6 @@ class NodeMaker {
       plist_dict_set_item(dictionary.get(), key.c_str(), made.release());
     }
     return dictionary;
-  }
-
-  // XML 1.0 has no way to write most control characters.
-  static bool isWritable(std::string_view text) {
-    const bool control = std::ranges::any_of(text, [](char c) {
-      return static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\n' && c != '\r';
-    });
-    return !control && isValidUtf8(text);
   }
 
   std::string problem_;

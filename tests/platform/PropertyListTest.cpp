@@ -260,6 +260,16 @@ TEST(PropertyList, BinaryTextsMayNotHoldZeros) {
   EXPECT_FALSE(parsePropertyList(key));
 }
 
+TEST(PropertyList, TextsThatXmlCannotHoldAreNotReadEither) {
+  EXPECT_FALSE(
+      parsePropertyList(binaryDictionary(std::string("\x53"
+                                                     "a\x01"
+                                                     "c"))));
+  EXPECT_TRUE(
+      parsePropertyList(binaryDictionary(std::string("\x53"
+                                                     "a\tc"))));
+}
+
 // They could not be written again, and the file with them would be left as it is for ever, or lose them.
 TEST(PropertyList, DatesThatCannotBeKeptAreRefused) {
   EXPECT_TRUE(parsePropertyList(xml("<date>2069-01-01T00:00:00Z</date>")));
