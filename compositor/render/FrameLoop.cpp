@@ -92,6 +92,11 @@ FrameLoop::Next FrameLoop::turn(const SnapshotMailbox::News& news) {
     return Next::Retry;
   }
   contextMade_ = true;
+  if (surface_.takeContextLoss() && painter_) {
+    log_.error("The GL context was lost; everything is drawn anew.");
+    painter_->abandon();
+    painter_.reset();
+  }
   if (!painter_) painter_ = makePainter_();
   const bool uploadsOnly = next_ == Next::Upload && !news.snapshot && !news.redraw;
   return uploadsOnly ? uploadOnly() : drawFrame();
@@ -149,7 +154,8 @@ UploadProgress FrameLoop::upload(Nanoseconds budget) {
 void FrameLoop::closeDown() {
   snapshot_.reset();
   if (!contextMade_) return;
-  if (!surface_.makeCurrent() && painter_) painter_->abandon();
+  const bool lost = !surface_.makeCurrent() || surface_.takeContextLoss();
+  if (lost && painter_) painter_->abandon();
   painter_.reset();
   surface_.doneCurrent();
 }

@@ -19,6 +19,10 @@ class GlSurface {
   // Makes the context current on the calling thread, creating it at the first call. Called before every frame.
   [[nodiscard]] virtual bool makeCurrent() = 0;
 
+  // Whether, since this was asked last, the context was lost and makeCurrent() has made another in its place: all GL
+  // objects of the former are gone.
+  [[nodiscard]] virtual bool takeContextLoss() { return false; }
+
   // The render thread's last word: it has freed its GL objects and will not touch the surface again. The context
   // may then be moved to another thread or destroyed. Called only when makeCurrent() has succeeded before.
   virtual void doneCurrent() = 0;

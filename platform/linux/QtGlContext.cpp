@@ -21,6 +21,12 @@ QSurfaceFormat plainFormat(QSurfaceFormat::RenderableType type, int majorVersion
   return format;
 }
 
+// A context of which one learns when the graphics hardware was reset. Not every driver can make one.
+QSurfaceFormat tellingOfLoss(QSurfaceFormat format) {
+  format.setOption(QSurfaceFormat::ResetNotification);
+  return format;
+}
+
 // A driver may hand out less than it was asked for.
 bool keepsPromise(const QSurfaceFormat& got, const QSurfaceFormat& wanted) {
   const bool sameKind = (got.renderableType() == QSurfaceFormat::OpenGLES) ==
@@ -38,7 +44,8 @@ std::string nameOf(const QSurfaceFormat& format) {
 std::vector<QSurfaceFormat> wantedGlFormats() {
   QSurfaceFormat desktop = plainFormat(QSurfaceFormat::OpenGL, 3, 3);
   desktop.setProfile(QSurfaceFormat::CoreProfile);
-  return {desktop, plainFormat(QSurfaceFormat::OpenGLES, 3, 0)};
+  const QSurfaceFormat embedded = plainFormat(QSurfaceFormat::OpenGLES, 3, 0);
+  return {tellingOfLoss(desktop), desktop, tellingOfLoss(embedded), embedded};
 }
 
 Result<std::unique_ptr<QOpenGLContext>> makeGlContext(std::span<const QSurfaceFormat> formats) {

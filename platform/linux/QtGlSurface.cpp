@@ -15,7 +15,16 @@ QtGlSurface::QtGlSurface(SlideshowWindow& window, std::unique_ptr<QOpenGLContext
 bool QtGlSurface::makeCurrent() {
   if (!state_.drawable()) return false;
   if (context_->thread() == nullptr) context_->moveToThread(QThread::currentThread());
+  if (context_->makeCurrent(&window_)) return true;
+  if (context_->isValid()) return false;
+  // Lost, as after a reset of the graphics hardware. It takes a while until another one can be had.
+  if (!context_->create()) return false;
+  contextLost_ = true;
   return context_->makeCurrent(&window_);
+}
+
+bool QtGlSurface::takeContextLoss() {
+  return std::exchange(contextLost_, false);
 }
 
 void QtGlSurface::doneCurrent() {

@@ -20,6 +20,7 @@ class QtGlSurface final : public GlSurface {
   QtGlSurface(SlideshowWindow& window, std::unique_ptr<QOpenGLContext> context);
 
   [[nodiscard]] bool makeCurrent() override;
+  [[nodiscard]] bool takeContextLoss() override;
   void doneCurrent() override;
   void swapBuffers() override;
   [[nodiscard]] SizePx sizePx() const override;
@@ -30,6 +31,7 @@ class QtGlSurface final : public GlSurface {
   QWindow& window_;
   const WindowSurfaceState& state_;
   const std::unique_ptr<QOpenGLContext> context_;
+  bool contextLost_ = false;  // the render thread's
 };
 
 }  // namespace lumivane

@@ -51,12 +51,14 @@ struct Notes {
   int doneCurrent = 0;
   int swaps = 0;
   int uploads = 0;
+  int paintersMade = 0;
   int paintersAlive = 0;
   int abandoned = 0;
   std::vector<DrawList> drawn;
   std::vector<Nanoseconds> budgets;
   // Told to the thread.
   bool contextThere = true;
+  bool contextLost = false;  // until it is asked for
   bool drawable = true;
   SizePx size{320, 180};
   bool painterThrows = false;
@@ -75,6 +77,10 @@ class NotingSurface final : public GlSurface {
       there = notes_.contextThere;
     });
     return there;
+  }
+  bool takeContextLoss() override {
+    const std::lock_guard lock(notes_.mutex);
+    return std::exchange(notes_.contextLost, false);
   }
   void doneCurrent() override {
     notes_.note([&] { ++notes_.doneCurrent; });
@@ -101,6 +107,7 @@ class NotingPainter final : public Painter {
   explicit NotingPainter(Notes& notes) : notes_(notes) {
     notes_.note([&] {
       if (notes_.painterThrows) throw std::runtime_error("no shaders today");
+      ++notes_.paintersMade;
       ++notes_.paintersAlive;
     });
   }
@@ -406,6 +413,29 @@ TEST_F(RenderThreadTest, aLostContextIsNotTouchedAnyMore) {
   thread->setExposed(true);
   ASSERT_TRUE(drawMarked(0.5));
   notes.note([&] { notes.contextThere = false; });
+  thread.reset();
+  EXPECT_EQ(notes.abandoned, 1);
+  EXPECT_EQ(notes.paintersAlive, 0);
+}
+
+TEST_F(RenderThreadTest, inPlaceOfALostContextEverythingIsMadeAnew) {
+  start();
+  thread->setExposed(true);
+  ASSERT_TRUE(drawMarked(0.5));
+  notes.note([&] { notes.contextLost = true; });
+  ASSERT_TRUE(drawMarked(0.75));
+  thread.reset();
+  EXPECT_EQ(notes.abandoned, 1);
+  EXPECT_EQ(notes.paintersMade, 2);
+  EXPECT_EQ(notes.paintersAlive, 0);
+  EXPECT_EQ(log.entries().size(), 1U);
+}
+
+TEST_F(RenderThreadTest, aContextLostAtTheEndIsNotTouchedAnyMore) {
+  start();
+  thread->setExposed(true);
+  ASSERT_TRUE(drawMarked(0.5));
+  notes.note([&] { notes.contextLost = true; });
   thread.reset();
   EXPECT_EQ(notes.abandoned, 1);
   EXPECT_EQ(notes.paintersAlive, 0);
