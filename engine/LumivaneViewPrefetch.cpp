@@ -34,6 +34,8 @@ void LumivaneView::schedulePrefetch() {
 
 void LumivaneView::loadNextImage() {
   if (imagefiles_.empty() || !prefetch_queue_ || prefetch_.prefetchNextImageRunning_) return;
+  // A step in the history that the next frame takes decides what comes after it.
+  if (displayImageFromHistory_) return schedulePrefetch();
   if (prefetch_.full()) return;  // a due picture came and was not shown yet; it would be lost from this pass
   prefetch_.prefetchNextImageRunning_ = true;
   prefetch_.empty();

@@ -124,6 +124,33 @@ TEST_F(ViewPrefetchTest, steppingQuicklyLosesNoPictureOfThePass) {
   }
 }
 
+// Its time may come between a key and the frame that obeys it.
+TEST_F(ViewPrefetchTest, waitsForAStepThatTheNextFrameTakes) {
+  listPictures(6);
+  start();
+  beat();
+  for (int i = 0; i < 2; ++i) {
+    press(kRightArrowCharacter);
+    beat();
+  }
+  ASSERT_EQ(view->filename(), path(3));
+  press(kLeftArrowCharacter);
+  beat();
+  press(kRightArrowCharacter);
+  loop.runFor(std::chrono::seconds(2));
+  beat();
+  ASSERT_EQ(view->filename(), path(3)) << "from the history";
+  run(Seconds{2.1});
+  press(kRightArrowCharacter);
+  beat();
+  EXPECT_EQ(view->filename(), path(4)) << "not the same once more";
+
+  press(kLeftArrowCharacter);
+  loop.runFor(std::chrono::seconds(2));
+  beat();
+  EXPECT_EQ(view->filename(), path(3)) << "the step is not forgotten";
+}
+
 TEST_F(ViewPrefetchTest, anAnswerForAnotherListIsDropped) {
   listPictures(5);
   start();

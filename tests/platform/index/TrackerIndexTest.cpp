@@ -202,14 +202,14 @@ TEST_F(TrackerIndexTest, RefusesAFolderThatItHasNotComeTo) {
 
 TEST_F(TrackerIndexTest, RefusesWhileItIsAtWork) {
   startService(kTracker, "0.99");
-  EXPECT_THAT(refusal({.toSettle = 300ms}), HasSubstr("is still at work"));
+  EXPECT_THAT(refusal({.toSettle = 1500ms}), HasSubstr("is still at work"));
 }
 
 TEST_F(TrackerIndexTest, RefusesWhileFilesStillComeToItAlthoughItSaysThatItIsIdle) {
   setenv("LUMIVANE_GROWING_FOLDER", fileUri(folder_.path()).value().c_str(), 1);
   startService();
   unsetenv("LUMIVANE_GROWING_FOLDER");
-  EXPECT_THAT(refusal({.toSettle = 300ms}), HasSubstr("is still at work"));
+  EXPECT_THAT(refusal({.toSettle = 1500ms}), HasSubstr("is still at work"));
 }
 
 TEST_F(TrackerIndexTest, OneThatHangsIsNotWaitedFor) {
