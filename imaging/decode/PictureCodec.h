@@ -34,7 +34,8 @@ class PictureCodec {
 
   // `orientation` is how the stored pixels are to be turned. A codec that turns them by itself makes a bitmap
   // with orientation 1, of the turned size.
-  [[nodiscard]] virtual BitmapRef decode(PixelSource& pool, int maxPixelSize, OrientationCode orientation) = 0;
+  [[nodiscard]] virtual BitmapRef decode(PixelSource& pool, int maxPixelSize,
+                                         OrientationCode orientation) = 0;
 };
 
 // A codec, or why there is none.
