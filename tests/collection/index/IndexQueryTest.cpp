@@ -35,6 +35,7 @@ class IndexQueryTest : public testing::Test {
   FakePictureDimensions dimensions_;
   MemoryFiles files_;
   RecordingLog log_;
+  std::latch released_{1};  // outlives every search
   std::unique_ptr<IndexQuery> query_ =
       std::make_unique<IndexQuery>(PictureSources{{&index_}, dimensions_, files_, "", log_});
 };
@@ -67,16 +68,15 @@ TEST_F(IndexQueryTest, ItsGrowingCountCanBeReadMeanwhile) {
 }
 
 TEST_F(IndexQueryTest, GivingUpDoesNotWaitAndANewSearchDoesNotSeeTheOldOne) {
-  std::latch released{1};
   index_.files = {{"/p/a.jpg", kStamp, kSize}};
-  index_.duringSearch = [&](const std::stop_token&) { released.wait(); };  // deaf to the stop
+  index_.duringSearch = [&](const std::stop_token&) { released_.wait(); };  // deaf to the stop
   query_->start({"/p", 0, 0});
   while (query_->resultCount() == 0) std::this_thread::yield();
   query_->stop();
   EXPECT_EQ(query_->resultCount(), 0U);
   query_->start({"/q", 0, 100'000});
   EXPECT_EQ(query_->resultCount(), 0U);
-  released.count_down();
+  released_.count_down();
   EXPECT_TRUE(results().empty());
 }
 

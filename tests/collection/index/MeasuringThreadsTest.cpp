@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <latch>
 
 #include "tests/support/FakePictureDimensions.h"
@@ -20,10 +21,13 @@ class HeldDimensions final : public PictureDimensions {
   std::latch begun{1};
   std::latch released{1};
   [[nodiscard]] std::vector<std::optional<SizePx>> measure(const std::vector<std::string>& paths) override {
-    if (!begun.try_wait()) begun.count_down();
+    if (!told_.exchange(true)) begun.count_down();  // one of several threads
     released.wait();
     return std::vector<std::optional<SizePx>>(paths.size(), SizePx{1, 1});
   }
+
+ private:
+  std::atomic<bool> told_ = false;
 };
 
 TEST(MeasuringThreads, EveryFileIsMeasuredOnceAndGetsItsOwnSize) {
