@@ -95,6 +95,7 @@ class WaylandScreen:
         self.folder = pathlib.Path(home)
         runtime = self.folder / "runtime"
         runtime.mkdir(mode=0o700, exist_ok=True)
+        (runtime / "wayland-e2e").unlink(missing_ok=True)  # of one that was killed
         self.environment = {"XDG_RUNTIME_DIR": str(runtime), "WAYLAND_DISPLAY": "wayland-e2e", "QT_QPA_PLATFORM": "wayland"}
         self.server = subprocess.Popen(
             ["weston", "--backend=headless-backend.so", "--use-pixman", f"--width={WIDTH}", f"--height={HEIGHT}",

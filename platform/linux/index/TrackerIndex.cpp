@@ -61,19 +61,23 @@ Result<bool> saysItIsIdle(const SessionBus& bus, const Service& service, TimeLim
 Result<Done> waitUntilSettled(const SessionBus& bus, const Service& service, TrackerQueries& queries,
                               const std::string& folderUri, const TrackerIndex::Limits& limits,
                               TimeLimit& limit) {
+  const Error stillAtWork{service.name + " is still at work"};
   int equalLooks = 0;
   std::int64_t lastFiles = -1;
   limit.restart(limits.toSettle);
-  for (;;) {
+  for (bool hasAnswered = false;; hasAnswered = true) {
     const Result<bool> idle = saysItIsIdle(bus, service, limit);
+    // One that has answered before does not hang: its time ran out in the middle of a question.
+    if (!idle && hasAnswered && limit.hasPassed()) return stillAtWork;
     if (!idle) return Error{service.name + " does not say how far it is: " + idle.error()};
     const Result<std::int64_t> files = queries.numFilesBelow(folderUri, limit);
+    if (!files && hasAnswered && limit.hasPassed()) return stillAtWork;
     if (!files) return Error{files.error()};
     const bool isEqual = idle.value() && files.value() == lastFiles;
     equalLooks = isEqual ? equalLooks + 1 : 1;
     lastFiles = idle.value() ? files.value() : -1;
     if (isEqual && equalLooks >= kEqualLooks) return Done{};
-    if (!limit.waitFor(limits.betweenLooks)) return Error{service.name + " is still at work"};
+    if (!limit.waitFor(limits.betweenLooks)) return stillAtWork;
   }
 }
 
