@@ -31,6 +31,7 @@ DialogOverWindow::DialogOverWindow(QDialog& dialog, WindowSource window)
 void DialogOverWindow::show() {
   if (!dialog_.isVisible()) {
     dialog_.winId();  // makes the native window, which alone can lie over another
+    dialog_.windowHandle()->installEventFilter(this);
     layOver(windowInFront());
     place();
     dialog_.show();
@@ -91,6 +92,7 @@ void DialogOverWindow::place() const {
 }
 
 bool DialogOverWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == dialog_.windowHandle()) return handsKeysOn(event);
   if (watched != &dialog_) return false;
   switch (event->type()) {
     case QEvent::Hide:
@@ -110,6 +112,15 @@ bool DialogOverWindow::eventFilter(QObject* watched, QEvent* event) {
       break;
   }
   return false;
+}
+
+// A window manager may refuse the dialog the keys that Qt believes it has (its wish was older than another's), and then
+// nothing tells Qt, when the dialog closes, that they are the window's: Qt gives them to a dialog that nobody sees.
+bool DialogOverWindow::handsKeysOn(QEvent* event) const {
+  if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
+  if (dialog_.isVisible()) return false;
+  QWindow* front = windowInFront();
+  return front != nullptr && front->isVisible() && QCoreApplication::sendEvent(front, event);
 }
 
 // Without a window manager, nobody else would. The window system may not have told yet that the dialog lost them.

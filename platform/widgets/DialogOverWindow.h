@@ -42,6 +42,7 @@ class DialogOverWindow final : public QObject {
   void parentGone();
   void place() const;
   void returnKeys() const;
+  bool handsKeysOn(QEvent* event) const;
   void focusWent(const QWindow* window);
   void keepKeys(const QWindow* focused);
   void takeKeys() const;
@@ -50,7 +51,6 @@ class DialogOverWindow final : public QObject {
   const WindowSource window_;
   std::function<void()> windowGoes_;
   QPointer<QWindow> parent_;
-  bool placed_ = false;
 };
 
 }  // namespace lumivane

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
 #include <memory>
@@ -12,6 +13,17 @@
 
 namespace lumivane {
 namespace {
+
+class KeyCount final : public QObject {
+ public:
+  int pressed = 0;
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::KeyPress) ++pressed;
+    return false;
+  }
+};
 
 class DialogOverWindowTest : public ::testing::Test {
  protected:
@@ -34,6 +46,22 @@ TEST_F(DialogOverWindowTest, LiesInTheMiddleOfTheWindowAndBelongsToIt) {
   const QPoint away = dialog_.geometry().center() - show_->geometry().center();
   EXPECT_LE(away.manhattanLength(), 6) << "but for the frame";
   EXPECT_EQ(QGuiApplication::modalWindow(), dialog_.windowHandle());
+}
+
+// As they come where Qt was not told that the dialog lost them.
+TEST_F(DialogOverWindowTest, KeysThatReachTheHiddenDialogAreTheWindows) {
+  over_.show();
+  KeyCount keys;
+  show_->installEventFilter(&keys);
+  QKeyEvent press(QEvent::KeyPress, Qt::Key_C, Qt::NoModifier, "c");
+  QCoreApplication::sendEvent(dialog_.windowHandle(), &press);
+  EXPECT_EQ(keys.pressed, 0) << "the dialog is open";
+  dialog_.hide();
+  QCoreApplication::sendEvent(dialog_.windowHandle(), &press);
+  EXPECT_EQ(keys.pressed, 1);
+  show_->hide();
+  QCoreApplication::sendEvent(dialog_.windowHandle(), &press);
+  EXPECT_EQ(keys.pressed, 1) << "nobody sees the window";
 }
 
 TEST_F(DialogOverWindowTest, StaysOnTheDisplay) {
