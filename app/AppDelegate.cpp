@@ -210,9 +210,9 @@ void AppDelegate::menuRequested(PointPt position) {
   menu_->popUp(position, window_->isFullScreen());
 }
 
-void AppDelegate::folderDropped(const std::string& folder) {
+void AppDelegate::fileDropped(const std::string& path) {
   PreferencesSheet* sheet = masterViewController_.saver().preferencesSheet();
-  if (sheet != nullptr) sheet->folderDropped(folder);
+  if (sheet != nullptr) sheet->fileDropped(path);
 }
 
 }  // namespace lumivane

@@ -57,7 +57,7 @@ class AppDelegate final : public WindowListener {
   void modifiersChanged(Modifiers held) override;
   void mouseMoved(PointPt position) override;
   void menuRequested(PointPt position) override;
-  void folderDropped(const std::string& folder) override;
+  void fileDropped(const std::string& path) override;
 
   // The slideshow's window, for what opens over it; nullptr before the start.
   [[nodiscard]] SlideshowWindow* window() { return window_.get(); }

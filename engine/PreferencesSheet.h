@@ -37,6 +37,8 @@ class PreferencesSheet final : public SheetActions {
   // As if the folder had been chosen in the dialog. With the sheet open, that shows it and waits to be closed; else
   // the scan begins.
   void folderDropped(const std::string& folder);
+  // The same for a file: its folder is taken, once the disk has said which that is.
+  void fileDropped(const std::string& path);
 
   // --- For the show: what there is to be seen has changed ---
   void fillDisplayChooser();

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "engine/CollectionScan.h"
+#include "engine/DroppedFile.h"
 #include "engine/FolderQuestions.h"
 #include "engine/LumivaneView.h"
 #include "engine/PreferencesSheet.h"
@@ -203,6 +204,15 @@ bool PreferencesSheet::changeFolder(const std::string& chosen) {
   sheet_.setText(directoryPathView_, folder);
   needsRescan();
   return true;
+}
+
+void PreferencesSheet::fileDropped(const std::string& path) {
+  askFolderOfDroppedFile(host_.boundedCalls, host_.mainLoop, path,
+                         [this, path, alive = std::weak_ptr(alive_)](const std::string& folder) {
+                           if (alive.expired()) return;
+                           if (!folder.empty()) return folderDropped(folder);
+                           view_.logMessage("What was dropped is not there: " + printable(path), true);
+                         });
 }
 
 void PreferencesSheet::folderDropped(const std::string& folder) {

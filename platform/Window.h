@@ -73,8 +73,9 @@ class WindowListener {
   // Right click, menu key or F10: the place where a menu should open, in points of the content, y up.
   virtual void menuRequested(PointPt /*position*/) {}
 
-  // The user dropped a folder on the window, or a file of that folder. The path is absolute.
-  virtual void folderDropped(const std::string& /*folder*/) {}
+  // The user dropped a file or a folder of this machine on the window. The path is absolute; whether anything is there
+  // is for a thread to ask that may wait for a disk.
+  virtual void fileDropped(const std::string& /*path*/) {}
 
   // The user or the session asks the window to close; it closes right after this call.
   virtual void windowWillClose() {}

@@ -22,19 +22,23 @@ class WireWriter {
   template <typename Number>
   void number(Number value) {
     static_assert(std::is_arithmetic_v<Number> && !std::is_same_v<Number, bool>);
-    const auto* const first = reinterpret_cast<const std::byte*>(&value);
-    bytes_.insert(bytes_.end(), first, first + sizeof value);
+    append(&value, sizeof value);
   }
   void flag(bool value) { number(static_cast<std::uint8_t>(value ? 1 : 0)); }
   void text(std::string_view value) {
     number(static_cast<std::uint32_t>(value.size()));
-    const auto* const first = reinterpret_cast<const std::byte*>(value.data());
-    bytes_.insert(bytes_.end(), first, first + value.size());
+    append(value.data(), value.size());
   }
   [[nodiscard]] std::size_t size() const { return bytes_.size(); }
   [[nodiscard]] std::vector<std::byte> take() { return std::move(bytes_); }
 
  private:
+  void append(const void* data, std::size_t count) {
+    const std::size_t before = bytes_.size();
+    bytes_.resize(before + count);
+    if (count > 0) std::memcpy(bytes_.data() + before, data, count);
+  }
+
   std::vector<std::byte> bytes_;
 };
 

@@ -1,9 +1,9 @@
 #include "platform/linux/NativeWindow.h"
 
+#include <QDir>
 #include <QDropEvent>
 #include <QExposeEvent>
 #include <QFile>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -31,14 +31,13 @@ Nanoseconds refreshIntervalOf(const QScreen* screen) {
   return wholeNanoseconds(Seconds(1 / (rate >= kSlowestRefresh ? rate : kUsualRefresh)));
 }
 
-// The folder itself, or the one that a dropped file lies in; of several the first.
-std::optional<std::string> droppedFolder(const QDropEvent& event) {
+// Of several the first.
+std::optional<std::string> droppedFile(const QDropEvent& event) {
   const QMimeData* data = event.mimeData();
   if (data == nullptr || data->urls().isEmpty() || !data->urls().first().isLocalFile()) return std::nullopt;
-  const QFileInfo dropped(data->urls().first().toLocalFile());
-  if (!dropped.exists()) return std::nullopt;
-  const QString folder = dropped.isDir() ? dropped.absoluteFilePath() : dropped.absolutePath();
-  return QFile::encodeName(folder).toStdString();
+  const QString path = QDir::cleanPath(data->urls().first().toLocalFile());
+  if (!path.startsWith('/')) return std::nullopt;
+  return QFile::encodeName(path).toStdString();
 }
 
 bool opensMenu(const QKeyEvent& event) {
@@ -105,12 +104,12 @@ bool SlideshowWindow::NativeWindow::event(QEvent* event) {
 
 void SlideshowWindow::NativeWindow::considerDrop(QDropEvent& event) {
   event.setDropAction(Qt::LinkAction);  // nothing is moved or copied
-  event.setAccepted(droppedFolder(event).has_value());
+  event.setAccepted(droppedFile(event).has_value());
 }
 
 void SlideshowWindow::NativeWindow::takeDrop(QDropEvent& event) {
   considerDrop(event);
-  if (const auto folder = droppedFolder(event)) listener_.folderDropped(*folder);
+  if (const auto path = droppedFile(event)) listener_.fileDropped(*path);
 }
 
 void SlideshowWindow::NativeWindow::closing() {

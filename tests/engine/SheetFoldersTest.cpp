@@ -113,6 +113,28 @@ TEST_F(SheetFoldersTest, aDroppedFolderIsScannedAtOnce) {
   EXPECT_TRUE(sheet.enabled(applyView_));
 }
 
+TEST_F(SheetFoldersTest, aDroppedFileMeansItsFolder) {
+  TemporaryFolder other;
+  const std::string file = other.write("a.jpg", "x");
+  view->setMainDirectoryLocation("/nowhere");
+  view->preferencesSheet()->fileDropped(file);
+  loop.runPending();
+  EXPECT_TRUE(log.has("User selected directory: " + picturesFolderFor(other.path()), LogLevel::Information));
+  runScan();
+  view->setMainDirectoryLocation("/nowhere");
+  view->preferencesSheet()->fileDropped(other.path());
+  loop.runPending();
+  EXPECT_EQ(view->mainDirectoryLocation(), picturesFolderFor(other.path()));
+  runScan();
+}
+
+TEST_F(SheetFoldersTest, aDroppedFileThatIsNotThereChangesNothing) {
+  view->preferencesSheet()->fileDropped("/srv/none/a.jpg");
+  loop.runPending();
+  EXPECT_TRUE(log.has("What was dropped is not there: /srv/none/a.jpg", LogLevel::Error));
+  EXPECT_EQ(view->mainDirectoryLocation(), pictureFolder.path());
+}
+
 TEST_F(SheetFoldersTest, withTheSheetOpenADroppedFolderWaitsForIt) {
   view->preferencesSheet()->beginSheet({});
   drop("/srv/photos");

@@ -203,5 +203,28 @@ TEST_F(ViewHungDiskTest, folderThatAnswersIsAskedOnce) {
   EXPECT_EQ(calls.calls, 1);
 }
 
+TEST_F(ViewHungDiskTest, aFileDroppedFromADiskThatHangsIsTakenWhenItAnswers) {
+  TemporaryFolder other;
+  const std::string file = other.write("a.jpg", "x");
+  start();
+  calls.hang = true;
+  view->preferencesSheet()->fileDropped(file);
+  loop.runPending();
+  EXPECT_FALSE(view->queryIsInProgress());
+  calls.wakeUp();
+  loop.runPending();
+  EXPECT_TRUE(view->queryIsInProgress());
+  runScan();
+}
+
+TEST_F(ViewHungDiskTest, aFileDroppedOnAWindowThatIsGoneByThenIsForgotten) {
+  start();
+  calls.hang = true;
+  view->preferencesSheet()->fileDropped(pictureFolder.path());
+  view.reset();
+  calls.wakeUp();
+  loop.runPending();
+}
+
 }  // namespace
 }  // namespace lumivane

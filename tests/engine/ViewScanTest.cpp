@@ -33,7 +33,7 @@ struct ViewScanTest : SheetViewTest {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (view->queryIsInProgress() && std::chrono::steady_clock::now() < deadline) {
       loop.runFor(std::chrono::milliseconds(250));
-      std::this_thread::yield();
+      loop.letOthersWork();
     }
     ASSERT_FALSE(view->queryIsInProgress());
   }
@@ -42,7 +42,7 @@ struct ViewScanTest : SheetViewTest {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (chooser.open.empty() && std::chrono::steady_clock::now() < deadline) {
       run(Seconds{0.02});
-      std::this_thread::yield();
+      loop.letOthersWork();
     }
     ASSERT_FALSE(chooser.open.empty());
   }
@@ -424,9 +424,7 @@ TEST_F(ViewAliasScanTest, quittingWithTheQuestionOpenDoesNotHang) {
 
 TEST_F(ViewAliasScanTest, quittingBeforeTheQuestionIsPutDoesNotHang) {
   beginScan();
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (log.countStartingWith("Getting permission") == 0 && std::chrono::steady_clock::now() < deadline)
-    std::this_thread::yield();
+  ASSERT_TRUE(log.waitForStarting("Getting permission"));
   view.reset();
   loop.runFor(std::chrono::seconds(5));
   EXPECT_TRUE(chooser.asked.empty());

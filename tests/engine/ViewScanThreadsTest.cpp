@@ -53,7 +53,7 @@ struct ViewScanThreadsTest : SheetViewTest {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (log.countStartingWith(beginning) == 0 && std::chrono::steady_clock::now() < deadline) {
       loop.runFor(std::chrono::milliseconds(250));
-      std::this_thread::yield();
+      loop.letOthersWork();
     }
     ASSERT_GT(log.countStartingWith(beginning), 0U) << beginning;
   }

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -21,6 +23,16 @@ class RecordingLog final : public Log {
   void write(std::string_view text, LogLevel level) override {
     const std::lock_guard lock(mutex_);
     entries_.push_back({std::string(text), level});
+    written_.notify_all();
+  }
+
+  // Whether another thread has written such a line, which may take it a minute of real time.
+  [[nodiscard]] bool waitForStarting(std::string_view beginning) const {
+    std::unique_lock lock(mutex_);
+    return written_.wait_for(lock, std::chrono::minutes(1), [&] {
+      return std::any_of(entries_.begin(), entries_.end(),
+                         [&](const Entry& entry) { return entry.text.starts_with(beginning); });
+    });
   }
 
   [[nodiscard]] std::vector<Entry> entries() const {
@@ -49,6 +61,7 @@ class RecordingLog final : public Log {
 
  private:
   mutable std::mutex mutex_;
+  mutable std::condition_variable written_;
   std::vector<Entry> entries_;  // guarded by mutex_
 };
 

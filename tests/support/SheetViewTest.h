@@ -1,7 +1,7 @@
 // A view with a preferences sheet, and a user who types, presses and chooses.
 #pragma once
 
-#include <thread>
+#include <chrono>
 
 #include "engine/CollectionScan.h"
 #include "engine/PreferencesSheet.h"
@@ -76,7 +76,7 @@ class SheetViewTest : public ViewTest {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (view->queryIsInProgress() && std::chrono::steady_clock::now() < deadline) {
       run(Seconds{0.25});
-      std::this_thread::yield();
+      loop.letOthersWork();
     }
     ASSERT_FALSE(view->queryIsInProgress());
   }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -42,7 +43,13 @@ class VirtualMainLoop final : public MainLoop {
     } else {
       const std::lock_guard lock(mutex_);
       posted_.push_back(std::move(job));
+      cameFromOutside_.notify_one();
     }
+  }
+  // Lets other threads work until one of them has posted something, or the time, which is real, is up.
+  void letOthersWork(Nanoseconds atMost = std::chrono::milliseconds(1)) {
+    std::unique_lock lock(mutex_);
+    cameFromOutside_.wait_for(lock, atMost, [this] { return !posted_.empty(); });
   }
   void after(Nanoseconds delay, Job job) override {
     add(clock_.now() + delay, Nanoseconds{0}, std::move(job), nullptr);
@@ -116,6 +123,7 @@ class VirtualMainLoop final : public MainLoop {
   std::uint64_t counter_ = 0;
 
   std::mutex mutex_;
+  std::condition_variable cameFromOutside_;
   std::vector<Job> posted_;  // guarded by mutex_
 };
 
