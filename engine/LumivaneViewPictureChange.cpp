@@ -44,7 +44,7 @@ Seconds LumivaneView::fadeDuration() const {
 bool LumivaneView::choosePicture() {
   if (std::exchange(windowResizingHappened_, false)) {
     if (current_image_ && current_image_props_) return true;
-    if (prefetch_.full()) startNewCycle();  // the first picture came while the window was being resized
+    startNewCycle();  // nobody shall wait for the first picture because the window was resized or moved meanwhile
     return false;
   }
   host_.tables.shownFileByDisplay.erase(displayID_);

@@ -48,7 +48,8 @@ QRect ontoADisplay(QRect frame) {
 }  // namespace
 
 SlideshowWindow::SlideshowWindow(const QSurfaceFormat& format, WindowListener& listener)
-    : native_(std::make_unique<NativeWindow>(format, listener)) {
+    : native_(std::make_unique<NativeWindow>(format, listener)),
+      screenLoss_(*native_, [this](bool wasFullScreen) { standOnADisplay(wasFullScreen); }) {
   native_->setMinimumSize(kSmallest);
   native_->setGeometry(middleOfPrimaryDisplay());
 }
@@ -105,6 +106,15 @@ void SlideshowWindow::toggleFullScreen() {
   if (!lacksWindowManager()) return;
   native_->setGeometry(entering && native_->screen() != nullptr ? native_->screen()->geometry()
                                                                 : frameBeforeFullScreen_);
+}
+
+// Where the window would be out of sight, or no longer fill a display.
+void SlideshowWindow::standOnADisplay(bool fullScreen) {
+  if (isFullScreen() && !lacksWindowManager()) return;
+  const QRect frame = ontoADisplay(isFullScreen() ? frameBeforeFullScreen_ : native_->geometry());
+  if (isFullScreen()) toggleFullScreen();
+  if (frame != native_->geometry()) native_->setGeometry(frame);
+  if (fullScreen) toggleFullScreen();
 }
 
 void SlideshowWindow::close() {

@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "platform/Window.h"
+#include "platform/linux/ScreenLoss.h"
 #include "platform/linux/WindowSurfaceState.h"
 
 class QWindow;
@@ -48,8 +49,11 @@ class SlideshowWindow final : public HostWindow {
   [[nodiscard]] const WindowSurfaceState& surfaceState() const;
 
  private:
+  void standOnADisplay(bool fullScreen);
+
   class NativeWindow;
   std::unique_ptr<NativeWindow> native_;
+  ScreenLoss screenLoss_;
   QRect frameBeforeFullScreen_;
 };
 

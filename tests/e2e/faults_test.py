@@ -112,6 +112,63 @@ class Monitors(FaultsTest):
         self.show.next_shown()
         self.assertIsNone(self.show.process.poll())
 
+    def stand_on_the_right(self):
+        half = WIDTH // 2
+        self.plug("LEFT", 0, half, "screen")
+        self.plug("RIGHT", half, half, "none")
+        self.begin(DurationPerImage="600")
+        eventually(lambda: max(self.screen.area(half // 2, HEIGHT // 2, 20, 20)) > 30, "a picture on the left")
+        self.screen.do("windowsize", "--sync", self.window(), "400", "300", "windowmove", self.window(), str(half + 100), "200")
+        eventually(lambda: self.show.count("our display = RIGHT"), "the window stands on the right")
+        self.screen.do("windowactivate", "--sync", self.window())
+
+    def place(self):
+        """The window's left edge and width."""
+        told = dict(line.split("=") for line in self.screen.do("getwindowgeometry", "--shell", self.window()).split())
+        return int(told["X"]), int(told["WIDTH"])
+
+    def test_a_full_screen_show_fills_the_display_that_is_left(self):
+        half = WIDTH // 2
+        self.stand_on_the_right()
+        self.screen.press("F11")
+        eventually(lambda: self.place() == (half, half), "full screen on the right")
+        self.show.shown = None
+        self.monitor("--delmonitor", "RIGHT")
+        eventually(lambda: self.place() == (0, half), "full screen on the left")
+        self.show.next_shown()
+        self.screen.press("F11")
+        eventually(lambda: self.place()[1] == 400, "a window again, as large as it was")
+        self.assertLess(self.place()[0], half)
+
+    def test_a_window_follows_to_the_display_that_is_left(self):
+        half = WIDTH // 2
+        self.stand_on_the_right()
+        self.show.shown = None
+        self.monitor("--delmonitor", "RIGHT")
+        eventually(lambda: self.place()[0] + 400 <= half + 10, "on the left, but for the frame")
+        self.show.next_shown()
+
+    def test_the_show_goes_on_with_another_scale(self):
+        half = WIDTH // 2
+        self.show.environment["QT_SCREEN_SCALE_FACTORS"] = "LEFT=1;RIGHT=2"
+        self.stand_on_the_right()
+        # A display without a list of its own has a message for the user, in letters twice as large: 19 rows are usual.
+        large = range(30, 50)
+        eventually(lambda: self.text_height(half + 100, 200) in large, "large letters on the right")
+        self.show.shown = None
+        self.screen.do("windowmove", self.window(), "100", "100")
+        self.show.next_shown()
+        eventually(lambda: self.show.count("our display = LEFT") > 1, "the window stands on the left")
+        self.screen.do("windowmove", self.window(), str(half + 100), "200")
+        eventually(lambda: self.text_height(half + 100, 200) in large, "large letters on the right again")
+        self.assertIsNone(self.show.process.poll())
+
+    def text_height(self, x, y):
+        """How many rows of the black window, beside its frame, have something bright in them."""
+        width, height = 380, 250
+        pixels = self.screen.area(x + 10, y + 40, width, height)
+        return sum(max(pixels[row * width * 3:(row + 1) * width * 3]) > 200 for row in range(height))
+
 
 @unittest.skipUnless(os.geteuid() == 0 and os.path.exists("/dev/fuse"), "only the administrator can mount")
 class HungDisk(FaultsTest):

@@ -33,6 +33,10 @@ class FakePortal final : public QDBusVirtualObject {
 
   QString introspect(const QString& /*path*/) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+    if (std::exchange(holdsNext, false)) {
+      held = message;
+      return true;
+    }
     if (message.member() == "Get")
       return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(version_))));
     if (message.member() == "Close") return closed = true;
@@ -54,6 +58,12 @@ class FakePortal final : public QDBusVirtualObject {
     bus_.send(signal);
   }
 
+  // Answers what it has kept waiting.
+  void letGo() { EXPECT_TRUE(handleMessage(std::exchange(held, {}), bus_)); }
+  [[nodiscard]] bool holds() const { return held.type() == QDBusMessage::MethodCallMessage; }
+
+  bool holdsNext = false;
+  QDBusMessage held;
   bool refuses = false;
   bool ownPlace = false;  // as portals did before the caller could name the place
   bool closed = false;
@@ -156,6 +166,57 @@ TEST_F(PortalFolderChooserTest, AsksOneQuestionAfterTheOther) {
   ASSERT_TRUE(answered(2));
   EXPECT_EQ(answers_.at(0).folder, "/first");
   EXPECT_EQ(answers_.at(1).folder, "/second");
+}
+
+TEST_F(PortalFolderChooserTest, WaitsForAPortalThatIsSlowToStart) {
+  FakePortal portal;
+  portal.holdsNext = true;
+  choose({});
+  ASSERT_TRUE(waitUntil([&] { return portal.holds(); })) << "and the main loop turns meanwhile";
+  EXPECT_TRUE(other_.asked.empty());
+  portal.letGo();
+  ASSERT_TRUE(waitUntil([&] { return portal.asked.type() == QDBusMessage::MethodCallMessage; }));
+  portal.respond(PortalRequest::kSuccess, {"file:///late"});
+  ASSERT_TRUE(answered());
+  EXPECT_EQ(answers_.front().folder, "/late");
+  EXPECT_TRUE(other_.asked.empty());
+}
+
+TEST_F(PortalFolderChooserTest, IsNotConfusedByAPlaceThatIsToldAfterTheAnswer) {
+  FakePortal portal;
+  ASSERT_TRUE(portal.isReady());
+  portal.holdsNext = true;
+  choose({});
+  ASSERT_TRUE(waitUntil([&] { return portal.holds(); }));
+  portal.letGo();
+  portal.holdsNext = true;
+  ASSERT_TRUE(waitUntil([&] { return portal.holds(); }));
+  const QString token =
+      qdbus_cast<QVariantMap>(portal.held.arguments().at(2)).value("handle_token").toString();
+  portal.request =
+      QString(kPortalPath) + "/request/" + portal.held.service().mid(1).replace('.', '_') + '/' + token;
+  portal.respond(PortalRequest::kSuccess, {"file:///quick"});
+  ASSERT_TRUE(answered());
+  EXPECT_EQ(answers_.front().folder, "/quick");
+  portal.letGo();
+  portal.respond(PortalRequest::kSuccess, {"file:///again"});
+  choose({.confirmLabel = "Second"});
+  ASSERT_TRUE(waitUntil([&] { return portal.options.value("accept_label").toString() == "Second"; }));
+  EXPECT_EQ(answers_.size(), 1U);
+}
+
+TEST_F(PortalFolderChooserTest, AnswersNothingThatComesAfterItsEnd) {
+  FakePortal portal;
+  portal.holdsNext = true;
+  choose({});
+  ASSERT_TRUE(waitUntil([&] { return portal.holds(); }));
+  chooser_.reset();
+  portal.letGo();
+  const QDBusPendingCall later =
+      bus_.asyncCall(QDBusMessage::createMethodCall(kPortal, kPortalPath, "", "Get"));
+  ASSERT_TRUE(waitUntil([&] { return later.isFinished(); }));
+  EXPECT_TRUE(answers_.empty());
+  EXPECT_EQ(portal.asked.type(), QDBusMessage::InvalidMessage);
 }
 
 TEST_F(PortalFolderChooserTest, CountsAPortalThatGoesAsADenial) {
