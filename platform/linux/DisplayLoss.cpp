@@ -26,6 +26,7 @@ struct Watch {
 
 // Handlers of Qt and Xlib know nothing but the message and the display: what they need has to stand here.
 std::atomic<Watch*> watch{nullptr};
+std::atomic<bool> lossNoticed{false};
 
 // What Qt says of it right before it ends the process.
 bool tellsOfLoss(const QString& message) {
@@ -44,6 +45,7 @@ bool tellsOfLoss(const QString& message) {
 // below it. A main thread that waits for that very thread never hears of it, and gets no more than this time.
 [[noreturn]] void endOnMainThread(Watch& current) {
   constexpr unsigned kLongestWaitSeconds = 3;
+  lossNoticed = true;
   if (std::this_thread::get_id() == current.mainThread) endProcess(current);
   QMetaObject::invokeMethod(
       QCoreApplication::instance(), [&current] { endProcess(current); }, Qt::QueuedConnection);
@@ -63,6 +65,10 @@ int noteXlibError(Display* /*display*/) {
 }
 
 }  // namespace
+
+bool DisplayLoss::noticed() {
+  return lossNoticed;
+}
 
 DisplayLoss::DisplayLoss(std::function<void()> onLoss) {
   watch = new Watch{.onLoss = std::move(onLoss), .mainThread = std::this_thread::get_id()};

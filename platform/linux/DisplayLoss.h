@@ -17,6 +17,9 @@ class DisplayLoss {
   // onLoss may touch files, but neither windows nor OpenGL; when it has returned, the process ends at once.
   explicit DisplayLoss(std::function<void()> onLoss);
   ~DisplayLoss();
+  // Whether somebody has noticed. From any thread: who draws must stop, since EGL on Wayland uses what the connection
+  // took with it.
+  [[nodiscard]] static bool noticed();
   DisplayLoss(const DisplayLoss&) = delete;
   DisplayLoss& operator=(const DisplayLoss&) = delete;
 };

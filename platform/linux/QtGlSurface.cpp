@@ -4,6 +4,8 @@
 #include <QWindow>
 #include <utility>
 
+#include "platform/linux/DisplayLoss.h"
+
 namespace lumivane {
 
 QtGlSurface::QtGlSurface(SlideshowWindow& window, std::unique_ptr<QOpenGLContext> context)
@@ -13,7 +15,7 @@ QtGlSurface::QtGlSurface(SlideshowWindow& window, std::unique_ptr<QOpenGLContext
 }
 
 bool QtGlSurface::makeCurrent() {
-  if (!state_.drawable()) return false;
+  if (!drawable()) return false;
   if (context_->thread() == nullptr) context_->moveToThread(QThread::currentThread());
   if (context_->makeCurrent(&window_)) return true;
   if (context_->isValid()) return false;
@@ -33,7 +35,7 @@ void QtGlSurface::doneCurrent() {
 }
 
 void QtGlSurface::swapBuffers() {
-  context_->swapBuffers(&window_);
+  if (drawable()) context_->swapBuffers(&window_);
 }
 SizePx QtGlSurface::sizePx() const {
   return state_.sizePx();
@@ -42,7 +44,7 @@ Seconds QtGlSurface::refreshInterval() const {
   return state_.refreshInterval();
 }
 bool QtGlSurface::drawable() const {
-  return state_.drawable();
+  return state_.drawable() && !DisplayLoss::noticed();
 }
 
 }  // namespace lumivane

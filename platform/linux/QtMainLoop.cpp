@@ -43,9 +43,24 @@ void QtMainLoop::perform(const Job& job) {
   }
 }
 
+// One event for each job keeps the jobs in their place among Qt's own events.
 void QtMainLoop::post(Job job) {
+  {
+    const std::scoped_lock lock(mutex_);
+    posted_.push_back(std::move(job));
+  }
   QMetaObject::invokeMethod(
-      &receiver_, [this, job = std::move(job)] { perform(job); }, Qt::QueuedConnection);
+      &receiver_, [this] { performPosted(); }, Qt::QueuedConnection);
+}
+
+void QtMainLoop::performPosted() {
+  Job job;
+  {
+    const std::scoped_lock lock(mutex_);
+    job = std::move(posted_.front());
+    posted_.pop_front();
+  }
+  perform(job);
 }
 
 void QtMainLoop::after(Nanoseconds delay, Job job) {

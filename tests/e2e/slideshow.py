@@ -283,6 +283,7 @@ class SlideshowTest(unittest.TestCase):
         self.addCleanup(self.screen.close)
         self.show = Slideshow(self.home, self.screen)
         self.addCleanup(self.show.close)
+        self.addCleanup(self.no_decoder_died)
         self.pictures = pathlib.Path(self.home) / "pictures"
         shutil.copytree(self.painted, self.pictures)
 
@@ -293,6 +294,10 @@ class SlideshowTest(unittest.TestCase):
         self.show.start(*flags)
         self.show.next_shown()
         eventually(self.screen.window_size, "a window")
+
+    def no_decoder_died(self):
+        """Whatever the pictures were: the process that opens them may refuse one, and lives on."""
+        self.assertEqual([line for line in self.show.lines if "The decoder process ended" in line], [])
 
     def open_bus(self, variable):
         """A bus that the program takes for the session's or the system's."""
