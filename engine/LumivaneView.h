@@ -202,6 +202,7 @@ class LumivaneView {
   void forwardToOtherDisplays(const KeyEvent& event);
   void stepBack();
   void stepForward();
+  void askForOtherPicture();
   void rewriteInformationLine();
   void toggleBlankScreen();
   [[nodiscard]] bool togglePauseZooming();
@@ -260,6 +261,7 @@ class LumivaneView {
   // Main thread only: the state of the show
   bool displayImageFromHistory_ = false;
   bool windowResizingHappened_ = false;
+  bool otherPictureAskedFor_ = false;
   bool screensaver_surrogate_mode_ = false;
   bool paused_ = false;
   bool pauseZooming_ = false;

@@ -58,7 +58,7 @@ void LumivaneView::shownImageDeleted(const std::string& path, ImageIndex index,
   const bool stillShown = *position == img_index_ && filename_ == path;
   forgetImageAt(*position);
   saveImageList();
-  if (stillShown) startNewCycle();
+  if (stillShown) askForOtherPicture();
 }
 
 // What the slot holds or the queue still brings was chosen by its position in the longer list.

@@ -94,12 +94,12 @@ bool LumivaneView::leaveFullScreen() {
 // With nothing to step back to this simply moves on to the next picture.
 void LumivaneView::stepBack() {
   if (history_.stepBack()) displayImageFromHistory_ = true;
-  startNewCycle();
+  askForOtherPicture();
 }
 
 void LumivaneView::stepForward() {
   displayImageFromHistory_ = history_.stepForward();
-  startNewCycle();
+  askForOtherPicture();
 }
 
 void LumivaneView::rewriteInformationLine() {

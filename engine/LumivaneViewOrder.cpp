@@ -22,6 +22,12 @@ void LumivaneView::startNewCycle() {
   lastFrameTime_ = host_.clock.now() - std::chrono::seconds(settings_.durationPerImage_);
 }
 
+// The frame that rebuilds the picture on screen for another window size does not count for it.
+void LumivaneView::askForOtherPicture() {
+  otherPictureAskedFor_ = true;
+  startNewCycle();
+}
+
 void LumivaneView::startNewCycleWithFreshImageList() {
   startNewCycle();
   prefetch_.empty();

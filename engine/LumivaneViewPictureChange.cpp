@@ -43,10 +43,13 @@ Seconds LumivaneView::fadeDuration() const {
 
 bool LumivaneView::choosePicture() {
   if (std::exchange(windowResizingHappened_, false)) {
-    if (current_image_ && current_image_props_) return true;
-    startNewCycle();  // nobody shall wait for the first picture because the window was resized or moved meanwhile
-    return false;
+    // Nobody shall wait a period because the window was resized or moved meanwhile: not for the first picture, and not
+    // for one that was asked for.
+    const bool somethingToRebuild = current_image_ && current_image_props_;
+    if (!somethingToRebuild || otherPictureAskedFor_) startNewCycle();
+    return somethingToRebuild;
   }
+  otherPictureAskedFor_ = false;
   host_.tables.shownFileByDisplay.erase(displayID_);
   if (displayImageFromHistory_) {
     showHistoryEntry();
@@ -101,7 +104,7 @@ void LumivaneView::duePictureAnswered(LoadOutcome outcome, const std::string& pa
   tell(outcome.messages);
   if (outcome.picture) {
     acceptPrefetched(std::move(*outcome.picture));
-    if (stillDue) startNewCycle();
+    if (stillDue) askForOtherPicture();
   } else if (stillDue) {
     displayErrorMessage("Image gone: ", printable(path));
     img_index_ = prefetch_.prefetch_img_index_;  // so that the next attempt goes past it

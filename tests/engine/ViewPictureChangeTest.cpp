@@ -105,6 +105,47 @@ TEST_F(ViewDissolveTest, aResizeRebuildsThePictureQuickly) {
   EXPECT_EQ(decoder.decodes.size(), queued);
 }
 
+// The window manager may still be sizing the window when the first key is pressed.
+TEST_F(ViewDissolveTest, aStepIsNotLostInAResize) {
+  start();
+  beat();
+  runUntilChange();
+  const std::string newest = view->filename();
+  press(kLeftArrowCharacter);
+  view->viewDidEndLiveResize();
+  run(Seconds{0.1});
+  EXPECT_NE(view->filename(), newest);
+  press(kRightArrowCharacter);
+  view->viewDidEndLiveResize();
+  run(Seconds{0.1});
+  EXPECT_EQ(view->filename(), newest);
+}
+
+TEST_F(ViewDissolveTest, aPictureThatIsLoadedForAStepIsNotHeldUpByAResize) {
+  start();
+  beat();
+  const std::string first = view->filename();
+  press(kRightArrowCharacter);
+  view->animateOneFrame();
+  loop.runPending();
+  ASSERT_TRUE(view->prefetchSlot().full());
+  view->viewDidEndLiveResize();
+  run(Seconds{0.1});
+  EXPECT_NE(view->filename(), first);
+}
+
+TEST_F(ViewDissolveTest, aResizeShowsNoOtherPictureOnceTheStepIsMade) {
+  start();
+  beat();
+  runUntilChange();
+  press(kLeftArrowCharacter);
+  run(Seconds{0.1});
+  const std::string shown = view->filename();
+  view->viewDidEndLiveResize();
+  run(Seconds{2});
+  EXPECT_EQ(view->filename(), shown);
+}
+
 TEST_F(ViewDissolveTest, aResizeBeforeTheFirstPictureWaitsForIt) {
   start();
   view->viewDidEndLiveResize();

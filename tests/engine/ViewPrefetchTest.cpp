@@ -230,7 +230,7 @@ TEST_F(ViewPrefetchTest, aMissingDuePictureSaysNothingOverOneThatWasSteppedTo) {
   EXPECT_EQ(view->imageIndex(), shown);
 }
 
-// A due picture that waits behind a rebuilt one was once dropped by the prefetch, and did not come again in that pass.
+// A due picture that waits in the slot was once dropped by the prefetch, and did not come again in that pass.
 TEST_F(ViewPrefetchTest, aDuePictureInTheSlotIsNotFetchedAnew) {
   configure([](DisplaySettings& s) { s.durationPerImage_ = 4; });
   listPictures(5);
@@ -241,10 +241,11 @@ TEST_F(ViewPrefetchTest, aDuePictureInTheSlotIsNotFetchedAnew) {
   loop.runPending();
   ASSERT_TRUE(view->prefetchSlot().full());
   const BitmapRef waiting = view->prefetchSlot().prefetched_image_;
-  view->viewDidEndLiveResize();  // the shown one is rebuilt first
+  press(U' ');  // and the show is paused before it is shown
   run(Seconds{3.9});
   EXPECT_EQ(view->prefetchSlot().prefetched_image_, waiting);
   EXPECT_EQ(decoder.decodes[path(2)], 1);
+  press(U' ');
   run(Seconds{0.2});
   EXPECT_EQ(view->filename(), path(2));
 }
@@ -258,6 +259,22 @@ TEST_F(ViewPrefetchTest, aResizeBeforeTheFirstPictureCostsNoPeriod) {
   view->viewDidEndLiveResize();
   run(Seconds{0.06});
   EXPECT_EQ(view->filename(), path(1));
+}
+
+TEST_F(ViewPrefetchTest, anotherDisplayShowsItsFirstPictureAtOnce) {
+  displays.all.push_back({2, "Projector", {}, 1});
+  configure([](DisplaySettings& s) { s.durationPerImage_ = 30; }, "Projector");
+  listPictures(5);
+  storeList({path(3), path(4)}, "Projector");
+  storeList({path(0), path(1), path(2)});
+  start();
+  beat();
+  run(Seconds{1});
+  window.display = 2;
+  view->viewWillMoveToWindow(&window);
+  view->viewDidEndLiveResize();  // as the host does when a window has moved
+  run(Seconds{0.2});
+  EXPECT_TRUE(view->filename() == path(3) || view->filename() == path(4)) << view->filename();
 }
 
 TEST_F(ViewPrefetchTest, aViewThatIsGoneHearsNothingMore) {
