@@ -52,10 +52,17 @@ void draw(const LayerVisit& visit, double scale, std::vector<Quad>& quads) {
 
 }  // namespace
 
-DrawList evaluate(const FrameSnapshot& frame, Seconds presentationTime) {
-  DrawList list{frame.viewport, {}, texturesWanted(frame, presentationTime)};
+void evaluate(const FrameSnapshot& frame, Seconds presentationTime, DrawList& list) {
+  list.viewport = frame.viewport;
+  list.quads.clear();
+  texturesWanted(frame, presentationTime, list.wanted);
   visitLayers(frame, presentationTime,
               [&](const LayerVisit& visit) { draw(visit, frame.scale, list.quads); });
+}
+
+DrawList evaluate(const FrameSnapshot& frame, Seconds presentationTime) {
+  DrawList list;
+  evaluate(frame, presentationTime, list);
   return list;
 }
 

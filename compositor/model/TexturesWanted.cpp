@@ -52,10 +52,19 @@ void merge(const WantedTexture& texture, std::vector<WantedTexture>& wanted) {
   }
 }
 
+// The shown ones first, otherwise as they were. They are few; std::stable_partition would allocate.
+void putShownFirst(std::vector<WantedTexture>& wanted) {
+  auto held = wanted.begin();
+  for (auto texture = held; texture != wanted.end(); ++texture) {
+    if (texture->shown) std::rotate(held++, texture, texture + 1);
+  }
+}
+
 }  // namespace
 
-std::vector<WantedTexture> texturesWanted(const FrameSnapshot& frame, Seconds presentationTime) {
-  std::vector<WantedTexture> wanted;
+void texturesWanted(const FrameSnapshot& frame, Seconds presentationTime,
+                    std::vector<WantedTexture>& wanted) {
+  wanted.clear();
   visitLayers(frame, presentationTime, [&](const LayerVisit& visit) {
     const LayerProperties& properties = visit.layer->properties;
     if (!properties.contents) return;
@@ -64,8 +73,7 @@ std::vector<WantedTexture> texturesWanted(const FrameSnapshot& frame, Seconds pr
         mostDetailedLevel(*properties.contents, extent, frame.scale, properties.minificationFilter);
     merge({properties.contents, level, visit.visible}, wanted);
   });
-  std::ranges::stable_partition(wanted, &WantedTexture::shown);
-  return wanted;
+  putShownFirst(wanted);
 }
 
 }  // namespace lumivane

@@ -106,15 +106,15 @@ FrameLoop::Next FrameLoop::drawFrame() {
   ShownFrame frame{.begun = clock_.now(), .refreshInterval = surface_.refreshInterval()};
   pacer_.setInterval(wholeNanoseconds(frame.refreshInterval));
   const Seconds seen = mediaSeconds(pacer_.begin(frame.begun));
-  const DrawList list = evaluate(*snapshot_, seen);
+  evaluate(*snapshot_, seen, list_);
   const bool moving = isMoving(*snapshot_, seen);
-  painter_->want(list.wanted);
+  painter_->want(list_.wanted);
   const auto uploads = upload(moving ? kUploadWhileMoving : kUploadWhileStill);
-  painter_->draw(list, surface_.sizePx());
+  painter_->draw(list_, surface_.sizePx());
   surface_.swapBuffers();
   frame.shown = clock_.now();
   frame.moving = moving;
-  tell(frame, list);
+  tell(frame);
   if (const auto failure = painter_->failure()) logOnce(*failure);
   if (moving) return Next::Frame;
   pacer_.rest();
@@ -127,11 +127,11 @@ FrameLoop::Next FrameLoop::uploadOnly() {
   return uploads.pending ? Next::Upload : Next::Sleep;
 }
 
-void FrameLoop::tell(ShownFrame frame, const DrawList& list) {
+void FrameLoop::tell(ShownFrame frame) {
   if (watcher_ == nullptr) return;
   frame.longestUpload = std::exchange(longestUpload_, {});
   BitmapRef topmost;
-  for (const Quad& quad : list.quads) {
+  for (const Quad& quad : list_.quads) {
     const auto* picture = std::get_if<PictureQuad>(&quad);
     if (picture == nullptr || picture->pixelForPixel || picture->opacity <= 0)
       continue;  // text is pixel for pixel
@@ -153,6 +153,7 @@ UploadProgress FrameLoop::upload(Nanoseconds budget) {
 
 void FrameLoop::closeDown() {
   snapshot_.reset();
+  list_ = {};
   if (!contextMade_) return;
   const bool lost = !surface_.makeCurrent() || surface_.takeContextLoss();
   if (lost && painter_) painter_->abandon();

@@ -1,7 +1,7 @@
 // What the render thread does, frame by frame: one object made and used on that thread.
 //
 // Threads: render only.
-// Owns:    the painter, and with it every GL object; the newest snapshot.
+// Owns:    the painter, and with it every GL object; the newest snapshot. A frame like the one before allocates nothing.
 // Units:   media time of the given clock.
 // Errors:  GL failures are logged once and leave the last frame standing; no exception leaves run().
 #pragma once
@@ -41,7 +41,7 @@ class FrameLoop {
   [[nodiscard]] Next turn(const SnapshotMailbox::News& news);
   [[nodiscard]] Next drawFrame();
   [[nodiscard]] Next uploadOnly();
-  void tell(ShownFrame frame, const DrawList& list);
+  void tell(ShownFrame frame);
   [[nodiscard]] UploadProgress upload(Nanoseconds budget);
   void closeDown();
   void logOnce(std::string_view failure);
@@ -56,6 +56,7 @@ class FrameLoop {
 
   FramePacer pacer_;
   std::shared_ptr<const FrameSnapshot> snapshot_;
+  DrawList list_;  // of the last frame; the next one uses its room
   std::unique_ptr<Painter> painter_;
   Nanoseconds longestUpload_{};          // since the last frame
   std::weak_ptr<const Bitmap> topmost_;  // the picture seen in the last frame

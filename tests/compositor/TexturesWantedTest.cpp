@@ -11,10 +11,16 @@ namespace {
 
 constexpr SizePt kScreen{480, 270};  // a quarter of a full-HD screen, so that test pictures stay small
 
+std::vector<WantedTexture> wantedBy(const Layer& tree, Seconds time, double scale = 1) {
+  std::vector<WantedTexture> wanted(3);  // what is left of another frame
+  texturesWanted(*makeFrameSnapshot(tree, kScreen, scale), time, wanted);
+  return wanted;
+}
+
 class TexturesWantedTest : public testing::Test {
  protected:
   [[nodiscard]] std::vector<WantedTexture> wanted(double scale = 1) const {
-    return texturesWanted(*makeFrameSnapshot(root, kScreen, scale), Seconds{1});
+    return wantedBy(root, Seconds{1}, scale);
   }
 
   Layer root;
@@ -87,7 +93,7 @@ TEST_F(TexturesWantedTest, whatIsTakenUpAheadIsEnoughForEveryPan) {
     Layer tree;
     const BitmapRef picture = blankBitmap(one.picture);
     tree.addSublayer(plainPictureLayer(picture, kScreen))->edit([](LayerProperties& p) { p.opacity = 0; });
-    const auto ahead = texturesWanted(*makeFrameSnapshot(tree, kScreen, 1), Seconds{0});
+    const auto ahead = wantedBy(tree, Seconds{0});
     const double share =
         std::min(one.leastShare * one.picture.width, one.picture.height * kScreen.width / kScreen.height) /
         one.picture.width;
@@ -96,6 +102,19 @@ TEST_F(TexturesWantedTest, whatIsTakenUpAheadIsEnoughForEveryPan) {
                                           1, ContentsFilter::Trilinear);
     EXPECT_LE(ahead[0].mostDetailedLevel, needed) << one.picture.width << " x " << one.picture.height;
   }
+}
+
+TEST_F(TexturesWantedTest, theShownOnesComeFirstEachKindInItsOrder) {
+  std::vector<BitmapRef> pictures;
+  for (const bool shown : {false, true, false, true, true}) {
+    pictures.push_back(blankBitmap({8, 6}));
+    root.addSublayer(plainPictureLayer(pictures.back(), kScreen))->edit([&](LayerProperties& p) {
+      p.hidden = !shown;
+    });
+  }
+  std::vector<BitmapRef> order;
+  for (const WantedTexture& texture : wanted()) order.push_back(texture.bitmap);
+  EXPECT_EQ(order, (std::vector{pictures[1], pictures[3], pictures[4], pictures[0], pictures[2]}));
 }
 
 TEST_F(TexturesWantedTest, aPictureShownAndHeldReadyIsWantedOnceAsShown) {
