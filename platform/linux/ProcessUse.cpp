@@ -4,6 +4,9 @@
 #include <unistd.h>
 
 #include <charconv>
+#include <cstdint>
+#include <optional>
+#include <string>
 
 #include "platform/linux/ControlGroupMemory.h"
 
@@ -12,6 +15,7 @@ namespace {
 
 constexpr int kFieldsBetweenNameAndStart = 19;  // from the state, field 3, to the start, field 22
 constexpr std::size_t kBytesPerKibibyte = 1024;
+constexpr std::int64_t kMostKibibytes = std::int64_t{1} << 50;
 
 }  // namespace
 
@@ -40,6 +44,18 @@ std::size_t peakMemoryBytes() {
   rusage use{};
   if (::getrusage(RUSAGE_SELF, &use) != 0) return 0;
   return static_cast<std::size_t>(use.ru_maxrss) * kBytesPerKibibyte;
+}
+
+std::size_t peakMemoryToldBy(std::string_view status) {
+  const std::optional<std::int64_t> kibibytes = numberAfter("VmHWM:", status);
+  if (!kibibytes || *kibibytes < 0 || *kibibytes > kMostKibibytes) return 0;
+  return static_cast<std::size_t>(*kibibytes) * kBytesPerKibibyte;
+}
+
+// Not from what wait4() tells of a child: that counts what its parent had when it started it.
+std::size_t peakMemoryBytesOf(pid_t process) {
+  const auto status = readKernelFile("/proc/" + std::to_string(process) + "/status");
+  return status ? peakMemoryToldBy(*status) : 0;
 }
 
 }  // namespace lumivane

@@ -14,6 +14,7 @@
 
 #include "platform/PrintableText.h"
 #include "platform/linux/MessageSocket.h"
+#include "platform/linux/ProcessUse.h"
 #include "platform/linux/SealedMemory.h"
 
 namespace lumivane {
@@ -87,36 +88,56 @@ Result<pid_t> spawn(const ProgramToSpawn& program, int socket) {
 
 }  // namespace
 
-// The processes that were told to end.
-class SpawnedPrograms::Ending {
+// The processes that were started and not collected yet.
+class SpawnedPrograms::Processes {
  public:
-  void end(pid_t process) {
-    ::kill(process, SIGKILL);
+  void started(pid_t process) {
     const std::lock_guard lock(mutex_);
-    processes_.push_back(process);
+    atWork_.push_back(process);
+  }
+
+  void end(pid_t process) {
+    const std::lock_guard lock(mutex_);
+    largest_ = std::max(largest_, peakMemoryBytesOf(process));
+    ::kill(process, SIGKILL);
+    std::erase(atWork_, process);
+    ending_.push_back(process);
     collectLocked();
   }
 
   std::size_t collect() {
     const std::lock_guard lock(mutex_);
     collectLocked();
-    return processes_.size();
+    return ending_.size();
+  }
+
+  std::size_t peakMemoryBytes() const {
+    const std::lock_guard lock(mutex_);
+    std::size_t largest = largest_;
+    for (const pid_t process : atWork_) largest = std::max(largest, peakMemoryBytesOf(process));
+    return largest;
   }
 
  private:
   void collectLocked() {
-    std::erase_if(processes_, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
+    std::erase_if(ending_, [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
   }
 
-  std::mutex mutex_;
-  std::vector<pid_t> processes_;  // guarded by mutex_
+  mutable std::mutex mutex_;
+
+  // Guarded by mutex_
+  std::vector<pid_t> atWork_;
+  std::vector<pid_t> ending_;  // were told to end
+  std::size_t largest_ = 0;    // peak memory of those that were told to end, in bytes
 };
 
 class SpawnedPrograms::Child final : public ChildProgram {
  public:
-  Child(pid_t process, FileDescriptor socket, std::shared_ptr<Ending> ending)
-      : process_(process), socket_(std::move(socket)), ending_(std::move(ending)) {}
-  ~Child() override { ending_->end(process_); }
+  Child(pid_t process, FileDescriptor socket, std::shared_ptr<Processes> processes)
+      : process_(process), socket_(std::move(socket)), processes_(std::move(processes)) {
+    processes_->started(process_);
+  }
+  ~Child() override { processes_->end(process_); }
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
 
@@ -134,15 +155,15 @@ class SpawnedPrograms::Child final : public ChildProgram {
   const pid_t process_;
   const FileDescriptor socket_;
   MessageReceiver receiver_{socket_.get(), MessageReceiver::Descriptors::Refused};
-  const std::shared_ptr<Ending> ending_;
+  const std::shared_ptr<Processes> processes_;
 };
 
 SpawnedPrograms::SpawnedPrograms(ProgramToSpawn program)
-    : program_(std::move(program)), ending_(std::make_shared<Ending>()) {}
+    : program_(std::move(program)), processes_(std::make_shared<Processes>()) {}
 SpawnedPrograms::~SpawnedPrograms() = default;
 
 Result<std::unique_ptr<ChildProgram>> SpawnedPrograms::start() {
-  (void)ending_->collect();
+  (void)processes_->collect();
   std::array<int, 2> ends{-1, -1};
   if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)
     return Error{"no socket: " + std::error_code(errno, std::system_category()).message()};
@@ -150,11 +171,15 @@ Result<std::unique_ptr<ChildProgram>> SpawnedPrograms::start() {
   const FileDescriptor theirs(ends[1]);
   const Result<pid_t> process = spawn(program_, theirs.get());
   if (!process) return Error{process.error()};
-  return std::unique_ptr<ChildProgram>(new Child(process.value(), std::move(ours), ending_));
+  return std::unique_ptr<ChildProgram>(new Child(process.value(), std::move(ours), processes_));
 }
 
 std::size_t SpawnedPrograms::ending() {
-  return ending_->collect();
+  return processes_->collect();
+}
+
+std::size_t SpawnedPrograms::peakMemoryBytes() const {
+  return processes_->peakMemoryBytes();
 }
 
 }  // namespace lumivane

@@ -32,11 +32,15 @@ class SpawnedPrograms final : public ChildPrograms {
   [[nodiscard]] Result<std::unique_ptr<ChildProgram>> start() override;
   [[nodiscard]] std::size_t ending() override;
 
+  // The most memory that one of the processes had: of those that are there, and of those that we ended. What one had that
+  // ended by itself is not known.
+  [[nodiscard]] std::size_t peakMemoryBytes() const;
+
  private:
-  class Ending;
+  class Processes;
   class Child;
   const ProgramToSpawn program_;
-  const std::shared_ptr<Ending> ending_;
+  const std::shared_ptr<Processes> processes_;
 };
 
 }  // namespace lumivane

@@ -175,6 +175,21 @@ TEST(SpawnedProgramTest, a_stopped_program_is_ended_without_waiting) {
   EXPECT_TRUE(allEndSoon(programs));
 }
 
+// Thirty megabytes in a variable, then a message that they are there.
+TEST(SpawnedProgramTest, the_most_memory_that_one_had_is_remembered) {
+  constexpr std::size_t kText = 30'000'000;
+  SpawnedPrograms programs(
+      shell("x=$(head -c 30000000 /dev/zero | tr '\\000' x); printf '\\000ok' >&3; kill -STOP $$"));
+  EXPECT_EQ(programs.peakMemoryBytes(), 0U);
+  auto child = std::move(programs.start()).value();
+  Bytes message;
+  ASSERT_EQ(nextOf(*child, message), MessageArrival::Message);
+  EXPECT_GT(programs.peakMemoryBytes(), kText);
+  child.reset();
+  EXPECT_GT(programs.peakMemoryBytes(), kText) << "though it has ended";
+  EXPECT_TRUE(allEndSoon(programs));
+}
+
 TEST(SpawnedProgramTest, a_thousand_starts_leave_nothing_behind) {
   SpawnedPrograms programs({"/bin/true", {}, {}});
   (void)programs.start();
