@@ -2,6 +2,7 @@
 
 #include <QSysInfo>
 #include <QVersionNumber>
+#include <utility>
 
 #include "app/Version.h"
 #include "collection/SkipPatterns.h"
@@ -30,7 +31,8 @@ std::optional<PatternFault> firstFault(const std::string& patterns) {
 
 }  // namespace
 
-Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, const WindowSource& window)
+Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, const WindowSource& window,
+                 DecodeListener decoded)
     : clock_(clock),
       log_(log),
       mainLoop_(log),
@@ -69,6 +71,7 @@ Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, c
       folderChooser_([this](UseBus use) { sessionBus_.whenOpen(std::move(use)); }, window, folderDialog_),
       helpPanel_(window, workspace_) {
   if (!geocoder_) log.error(geocoder_.error());
+  if (decoded) timedDecoder_.emplace(decoder_, clock, std::move(decoded));
   decoderProcesses_.prepare();  // loads its libraries while the window is made
 }
 
@@ -80,7 +83,7 @@ Host Desktop::host() {
           .displays = displays_,
           .settings = settings_,
           .files = files_,
-          .decoder = decoder_,
+          .decoder = timedDecoder_ ? static_cast<ImageDecoder&>(*timedDecoder_) : decoder_,
           .random = random_,
           .memory = memory_,
           .text = text_,

@@ -5,8 +5,10 @@
 // Errors:  what cannot be made is logged, and the show does without it.
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "app/TimedDecoder.h"
 #include "collection/albums/SqlitePhotoLibrary.h"
 #include "collection/index/FolderFiles.h"
 #include "collection/index/IndexQuery.h"
@@ -44,8 +46,9 @@ namespace lumivane {
 
 class Desktop {
  public:
-  // Dialogs lie over the window that the source names.
-  Desktop(const Environment& environment, const Clock& clock, Log& log, const WindowSource& window);
+  // Dialogs lie over the window that the source names. `decoded` (may be absent) is told how long each picture took.
+  Desktop(const Environment& environment, const Clock& clock, Log& log, const WindowSource& window,
+          DecodeListener decoded = {});
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
 
@@ -54,6 +57,7 @@ class Desktop {
   [[nodiscard]] SleepNotes& sleepNotes() { return sleepNotes_; }
   [[nodiscard]] KeepAwake& keepAwake() { return keepAwake_; }
   [[nodiscard]] Application& application() { return application_; }
+  [[nodiscard]] std::size_t decoderPeakMemoryBytes() const { return decoderPrograms_.peakMemoryBytes(); }
 
  private:
   const Clock& clock_;
@@ -80,6 +84,7 @@ class Desktop {
   SealedMemories pixelMemories_;
   DecoderProcesses decoderProcesses_;
   ProcessImageDecoder decoder_;
+  std::optional<TimedDecoder> timedDecoder_;  // absent: nobody asks how long pictures take
   const Result<std::unique_ptr<OfflineGeocoder>> geocoder_;
   QtTextRenderer text_;
   TwisterRandom random_;

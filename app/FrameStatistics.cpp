@@ -33,7 +33,12 @@ void FrameStatistics::mainThreadAnswered(Nanoseconds delay) {
   answers_.add(delay);
 }
 
-std::string FrameStatistics::text(MediaTime end, std::size_t peakMemoryBytes) const {
+void FrameStatistics::pictureDecoded(Nanoseconds time) {
+  const std::lock_guard lock(mutex_);
+  decodes_.add(time);
+}
+
+std::string FrameStatistics::text(MediaTime end, const PeakMemory& peakMemory) const {
   nlohmann::ordered_json told;
   told["framesDrawn"] = frames_;
   told["secondsShown"] = firstFrame_ ? Seconds(end - *firstFrame_).count() : 0.0;
@@ -50,7 +55,15 @@ std::string FrameStatistics::text(MediaTime end, std::size_t peakMemoryBytes) co
   told["mainThreadAnswers"] = {{"count", answers_.count()},
                                {"percentile99.9", milliseconds(answers_.quantile(0.999))},
                                {"maximum", milliseconds(answers_.maximum())}};
-  told["peakMemoryBytes"] = peakMemoryBytes;
+  {
+    const std::lock_guard lock(mutex_);
+    told["decodes"] = {{"count", decodes_.count()},
+                       {"median", milliseconds(decodes_.quantile(0.5))},
+                       {"percentile99", milliseconds(decodes_.quantile(0.99))},
+                       {"maximum", milliseconds(decodes_.maximum())}};
+  }
+  told["peakMemoryBytes"] = peakMemory.programBytes;
+  told["decoderPeakMemoryBytes"] = peakMemory.decoderBytes;
   return told.dump(2) + "\n";
 }
 

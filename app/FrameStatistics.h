@@ -1,13 +1,14 @@
 // How smoothly the show ran, counted from its first frame to its last and written down when the program ends.
 //
-// Threads: frames are told on the render thread, answers of the main loop on the main thread; text() once both have
-//          ended. Each side has fields of its own.
-// Units:   media time. A frame is late when it comes more than one and a half refresh intervals after the one before,
+// Threads: frames are told on the render thread, answers of the main loop on the main thread, decodes on any; text() once
+//          render and main thread have ended. Each side has fields of its own.
+// Units:   media time; bytes. A frame is late when it comes more than one and a half refresh intervals after the one before,
 //          while something moves.
 // Errors:  none.
 #pragma once
 
 #include <cstddef>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -15,6 +16,12 @@
 #include "compositor/render/FrameWatcher.h"
 
 namespace lumivane {
+
+// The most memory that was resident at once. The pixels of pictures lie in memory that both share, and count in both.
+struct PeakMemory {
+  std::size_t programBytes = 0;
+  std::size_t decoderBytes = 0;  // of the largest decoder process
+};
 
 class FrameStatistics final : public FrameWatcher {
  public:
@@ -24,9 +31,11 @@ class FrameStatistics final : public FrameWatcher {
   void frameShown(const ShownFrame& frame) override;
   // How long the main thread took to answer.
   void mainThreadAnswered(Nanoseconds delay);
+  // How long a picture took from the question for it until its pixels were there, the other process included.
+  void pictureDecoded(Nanoseconds time);
 
   // One JSON object, times in milliseconds but for the seconds shown.
-  [[nodiscard]] std::string text(MediaTime end, std::size_t peakMemoryBytes) const;
+  [[nodiscard]] std::string text(MediaTime end, const PeakMemory& peakMemory) const;
 
  private:
   void countInterval(const ShownFrame& frame);
@@ -46,6 +55,9 @@ class FrameStatistics final : public FrameWatcher {
 
   // The main thread's
   IntervalHistogram answers_;
+
+  mutable std::mutex mutex_;
+  IntervalHistogram decodes_;  // guarded by mutex_
 };
 
 }  // namespace lumivane

@@ -81,11 +81,15 @@ int runSlideshow(QApplication& application, const std::vector<std::string>& argu
     return owner != nullptr && owner->window() != nullptr ? &owner->window()->qtWindow() : nullptr;
   };
   Measuring measuring{.file = valueOf(environment, "LUMIVANE_FRAME_STATS")};
-  Desktop desktop(environment, clock, log, window);
+  DecodeListener decoded;
+  if (!measuring.file.empty())
+    decoded = [&measuring](Nanoseconds time) { measuring.statistics.pictureDecoded(time); };
+  Desktop desktop(environment, clock, log, window, std::move(decoded));
   const Result<int> status = runUntilTheEnd(application, desktop, owner, arguments, clock, measuring);
   if (!status) return fail(log, status.error());
   if (measuring.file.empty()) return status.value();
-  const std::string text = measuring.statistics.text(clock.now(), peakMemoryBytes());
+  const PeakMemory peakMemory{peakMemoryBytes(), desktop.decoderPeakMemoryBytes()};
+  const std::string text = measuring.statistics.text(clock.now(), peakMemory);
   const auto written = desktop.host().files.writeAtomically(measuring.file, text);
   return written ? status.value() : fail(log, written.error());
 }

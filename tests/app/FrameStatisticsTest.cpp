@@ -1,6 +1,7 @@
 #include "app/FrameStatistics.h"
 
 #include <nlohmann/json.hpp>
+#include <thread>
 
 namespace lumivane {
 namespace {
@@ -40,7 +41,7 @@ class FrameStatisticsTest : public ::testing::Test {
                            .anotherPicture = anotherPicture});
   }
   [[nodiscard]] nlohmann::json told(Nanoseconds end = 10s) const {
-    return nlohmann::json::parse(statistics.text(MediaTime(end), 123));
+    return nlohmann::json::parse(statistics.text(MediaTime(end), {.programBytes = 123, .decoderBytes = 456}));
   }
   FrameStatistics statistics{MediaTime(1s)};
 };
@@ -50,7 +51,10 @@ TEST_F(FrameStatisticsTest, TellsNothingOfAShowThatNeverBegan) {
   EXPECT_EQ(told()["secondsShown"], 0);
   EXPECT_TRUE(told()["startToFirstPicture"].is_null());
   EXPECT_EQ(told()["frameIntervals"]["maximum"], 0);
+  EXPECT_EQ(told()["decodes"]["count"], 0);
+  EXPECT_EQ(told()["decodes"]["maximum"], 0);
   EXPECT_EQ(told()["peakMemoryBytes"], 123);
+  EXPECT_EQ(told()["decoderPeakMemoryBytes"], 456);
 }
 
 TEST_F(FrameStatisticsTest, CountsIntervalsWhileSomethingMoves) {
@@ -86,6 +90,21 @@ TEST_F(FrameStatisticsTest, KeepsTheLongestUploadAndAnswer) {
   EXPECT_EQ(told()["uploads"]["longestSlice"], 5);
   EXPECT_EQ(told()["mainThreadAnswers"]["maximum"], 70);
   EXPECT_EQ(told()["mainThreadAnswers"]["count"], 2);
+}
+
+TEST_F(FrameStatisticsTest, CountsDecodesOfSeveralThreads) {
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < 4; ++thread) {
+    threads.emplace_back([this, thread] {
+      for (int i = 1; i <= 25; ++i) statistics.pictureDecoded(std::chrono::milliseconds(thread * 25 + i));
+    });
+  }
+  threads.clear();
+  const nlohmann::json decodes = told()["decodes"];
+  EXPECT_EQ(decodes["count"], 100);
+  EXPECT_EQ(decodes["median"], 50.1);  // to the tenth of a millisecond, rounded up
+  EXPECT_EQ(decodes["percentile99"], 99.1);
+  EXPECT_EQ(decodes["maximum"], 100);
 }
 
 }  // namespace

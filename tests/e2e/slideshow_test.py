@@ -1,5 +1,6 @@
 #!/usr/bin/python3
 """The program as a user meets it: what is on the screen is what the log says, it moves, dissolves and obeys keys."""
+import json
 import os
 import pathlib
 import shutil
@@ -84,6 +85,24 @@ class OnX11(SlideshowTest):
         self.show.next_shown()
         self.show.process.terminate()
         self.assertIn(self.show.process.wait(timeout=20), (0, -15))
+
+    def test_it_writes_down_how_it_ran(self):
+        told = pathlib.Path(self.home) / "statistics"
+        self.show.environment["LUMIVANE_FRAME_STATS"] = str(told)
+        self.show.set_up(self.pictures, KenBurnsIsOn="true", DurationPerImage="4")
+        self.show.start("-f")
+        for _ in range(3):
+            self.show.next_shown()
+        self.show.process.terminate()
+        self.assertEqual(self.show.process.wait(timeout=20), 0)
+        statistics = json.loads(told.read_text())
+        decodes = statistics["decodes"]
+        self.assertGreaterEqual(decodes["count"], 3)
+        self.assertGreater(decodes["median"], 0)
+        self.assertLessEqual(decodes["median"], decodes["maximum"])
+        self.assertGreater(statistics["startToFirstPicture"], 0)
+        for process in ("peakMemoryBytes", "decoderPeakMemoryBytes"):
+            self.assertGreater(statistics[process], 10_000_000, process)
 
     def bright_shot(self):
         shot = self.screen.shot()
