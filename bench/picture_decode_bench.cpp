@@ -61,7 +61,6 @@ void add(const Work& work, const std::string& who, const Loading& loading) {
   benchmark::RegisterBenchmark((work.name + "/" + who).c_str(),
                                [loading](benchmark::State& state) { load(state, loading); })
       ->MeasureProcessCPUTime()
-      ->UseRealTime()
       ->Unit(benchmark::kMillisecond);
 }
 
@@ -131,7 +130,6 @@ void addShrunk(const Work& work, const std::string& who, const Loading& loading,
   };
   benchmark::RegisterBenchmark((work.name + "/" + who).c_str(), run)
       ->MeasureProcessCPUTime()
-      ->UseRealTime()
       ->Unit(benchmark::kMillisecond);
 }
 

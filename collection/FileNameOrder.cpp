@@ -6,11 +6,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
+
+#include "collection/AsciiNameOrder.h"
+#include "collection/PathTree.h"
 
 namespace lumivane {
 namespace {
@@ -25,52 +26,50 @@ CollatorRef openCollator(const std::string& locale) {
   return collator;
 }
 
-// Makes the sort keys of paths, one after the other in one block of memory. A path's key is the keys of its names
-// in a row, each ended by a zero byte, which no key holds: comparing the bytes compares name by name.
-// Requires: the paths stay where they are.
+// Makes the keys of names that are compared with each other, one after the other in one block of memory. The bytes of
+// two keys compare as the names do.
 class KeyWriter {
  public:
-  explicit KeyWriter(const UCollator& collator) : collator_(collator) {}
+  explicit KeyWriter(const UCollator& collator)
+      : collator_(collator), asciiOrder_(AsciiNameOrder::of(collator)) {}
 
-  void append(std::string_view path) {
-    const std::size_t begin = keys_.size();
-    const std::size_t nameAt = path.rfind('/') + 1;  // 0 when there is no slash
-    appendFolder(path.substr(0, nameAt));
-    appendName(path.substr(nameAt));
-    places_.push_back({begin, keys_.size() - begin});
+  // Replaces all keys by those of `names`: all by the short way or all by ICU, whose keys do not compare with others.
+  void write(const std::vector<std::string_view>& names) {
+    if (!asciiOrder_ || !writeAll(names, [this](auto name) { return asciiOrder_->appendKey(name, keys_); })) {
+      (void)writeAll(names, [this](auto name) { return appendIcuKey(name); });
+    }
   }
 
+  [[nodiscard]] std::size_t count() const { return ends_.size(); }
   [[nodiscard]] std::string_view key(std::size_t i) const {
-    const auto [from, bytes] = places_[i];
-    return {reinterpret_cast<const char*>(keys_.data()) + from, bytes};
+    const std::size_t begin = i == 0 ? 0 : ends_[i - 1];
+    return {reinterpret_cast<const char*>(keys_.data()) + begin, ends_[i] - begin};
+  }
+
+  // How many bytes all keys begin with in common: names of one folder share a lot.
+  [[nodiscard]] std::size_t commonBeginning() const {
+    std::string_view common = count() == 0 ? std::string_view() : key(0);
+    for (std::size_t i = 1; i < count() && !common.empty(); ++i) {
+      const std::string_view other = key(i);
+      const auto end = std::mismatch(common.begin(), common.end(), other.begin(), other.end()).first;
+      common = common.substr(0, static_cast<std::size_t>(end - common.begin()));
+    }
+    return common.size();
   }
 
  private:
-  struct Extent {
-    std::size_t from = 0;
-    std::size_t bytes = 0;
-  };
-
-  // Many pictures share a folder, whose key is made once.
-  void appendFolder(std::string_view folder) {
-    if (folder.empty()) return;
-    const std::size_t begin = keys_.size();
-    const auto known = folderKeys_.find(folder);
-    if (known != folderKeys_.end()) {
-      const auto [from, bytes] = known->second;
-      keys_.resize(begin + bytes);
-      std::memcpy(keys_.data() + begin, keys_.data() + from, bytes);
-      return;
+  template <typename Append>
+  bool writeAll(const std::vector<std::string_view>& names, Append append) {
+    keys_.clear();
+    ends_.clear();
+    for (const std::string_view name : names) {
+      if (!append(name)) return false;
+      ends_.push_back(keys_.size());
     }
-    for (std::string_view rest = folder; !rest.empty();) {
-      const std::size_t slash = rest.find('/');  // a folder ends with one
-      appendName(rest.substr(0, slash));
-      rest.remove_prefix(slash + 1);
-    }
-    folderKeys_.emplace(folder, Extent{begin, keys_.size() - begin});
+    return true;
   }
 
-  void appendName(std::string_view name) {
+  bool appendIcuKey(std::string_view name) {
     utf16_.resize(name.size());
     std::int32_t length = 0;
     UErrorCode status = U_ZERO_ERROR;
@@ -79,44 +78,34 @@ class KeyWriter {
     const std::size_t begin = keys_.size();
     std::size_t room = name.size() * 4 + 16;
     keys_.resize(begin + room);
-    std::size_t used = writeKey(length, begin, room);
+    std::size_t used = writeIcuKey(length, begin, room);
     if (used > room) {
       keys_.resize(begin + used);
-      used = writeKey(length, begin, used);
+      used = writeIcuKey(length, begin, used);
     }
     keys_.resize(begin + used);
+    return true;
   }
 
   // The bytes that the key needs, its zero byte included; it is there when they fit into the room.
-  std::size_t writeKey(std::int32_t utf16Length, std::size_t begin, std::size_t room) {
+  std::size_t writeIcuKey(std::int32_t utf16Length, std::size_t begin, std::size_t room) {
     const std::int32_t used = ucol_getSortKey(&collator_, utf16_.data(), utf16Length, keys_.data() + begin,
                                               static_cast<std::int32_t>(room));
     return static_cast<std::size_t>(std::max(used, 0));
   }
 
   const UCollator& collator_;
+  const std::optional<AsciiNameOrder> asciiOrder_;
   std::vector<std::uint8_t> keys_;
-  std::vector<Extent> places_;
-  std::unordered_map<std::string_view, Extent> folderKeys_;
+  std::vector<std::size_t> ends_;
   std::u16string utf16_;
 };
 
-// How many bytes all keys begin with in common: paths of one tree share a lot.
-std::size_t commonBeginning(const KeyWriter& keys, std::size_t count) {
-  std::string_view common = count == 0 ? std::string_view() : keys.key(0);
-  for (std::size_t i = 1; i < count; ++i) {
-    const std::string_view key = keys.key(i);
-    const auto end = std::mismatch(common.begin(), common.end(), key.begin(), key.end()).first;
-    common = common.substr(0, static_cast<std::size_t>(end - common.begin()));
-  }
-  return common.size();
-}
-
-// A path on its way to its place. Most comparisons are settled by the first bytes in which keys differ, without a
-// look at the keys themselves.
+// A file or folder on its way to its place. Most comparisons are settled by the first bytes in which keys differ,
+// without a look at the keys themselves.
 struct Placed {
   std::uint64_t head = 0;
-  std::uint32_t path = 0;
+  std::uint32_t sibling = 0;
 };
 
 std::uint64_t headOf(std::string_view key) {
@@ -127,19 +116,54 @@ std::uint64_t headOf(std::string_view key) {
   return head;
 }
 
-std::vector<Placed> inOrder(const KeyWriter& keys, const std::vector<std::string>& paths) {
-  const std::size_t common = commonBeginning(keys, paths.size());
-  std::vector<Placed> order(paths.size());
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    order[i] = {headOf(keys.key(i).substr(common)), static_cast<std::uint32_t>(i)};
+// Puts what stands in one folder into its order. Files with equal names are ordered by the bytes of their paths and come
+// before folders of that name, which become one.
+class SiblingOrder {
+ public:
+  SiblingOrder(const UCollator& collator, const std::vector<std::string>& paths)
+      : keys_(collator), paths_(paths) {}
+
+  [[nodiscard]] std::vector<OrderedSibling> operator()(const std::vector<Sibling>& siblings) {
+    names_.clear();
+    for (const Sibling& sibling : siblings) names_.push_back(sibling.name);
+    keys_.write(names_);
+    const std::size_t common = keys_.commonBeginning();
+    placed_.resize(siblings.size());
+    for (std::size_t i = 0; i < siblings.size(); ++i) {
+      placed_[i] = {headOf(keys_.key(i).substr(common)), static_cast<std::uint32_t>(i)};
+    }
+    std::sort(placed_.begin(), placed_.end(), [&](const Placed& a, const Placed& b) {
+      if (a.head != b.head) return a.head < b.head;
+      const int difference = keys_.key(a.sibling).compare(keys_.key(b.sibling));
+      if (difference != 0) return difference < 0;
+      return isBefore(siblings[a.sibling], siblings[b.sibling]);
+    });
+    return result(siblings);
   }
-  std::sort(order.begin(), order.end(), [&](const Placed& a, const Placed& b) {
-    if (a.head != b.head) return a.head < b.head;
-    const int difference = keys.key(a.path).substr(common).compare(keys.key(b.path).substr(common));
-    return difference != 0 ? difference < 0 : paths[a.path] < paths[b.path];
-  });
-  return order;
-}
+
+ private:
+  bool isBefore(const Sibling& a, const Sibling& b) const {
+    if (a.isFolder || b.isFolder) return !a.isFolder && b.isFolder;
+    return paths_[a.number] < paths_[b.number];
+  }
+
+  std::vector<OrderedSibling> result(const std::vector<Sibling>& siblings) const {
+    std::vector<OrderedSibling> ordered;
+    ordered.reserve(placed_.size());
+    for (std::size_t i = 0; i < placed_.size(); ++i) {
+      const Sibling& sibling = siblings[placed_[i].sibling];
+      const bool isSameName = sibling.isFolder && i > 0 && siblings[placed_[i - 1].sibling].isFolder &&
+                              keys_.key(placed_[i].sibling) == keys_.key(placed_[i - 1].sibling);
+      ordered.push_back({sibling.number, sibling.isFolder, isSameName});
+    }
+    return ordered;
+  }
+
+  KeyWriter keys_;
+  const std::vector<std::string>& paths_;
+  std::vector<std::string_view> names_;
+  std::vector<Placed> placed_;
+};
 
 }  // namespace
 
@@ -149,11 +173,12 @@ void sortByFileName(std::vector<std::string>& paths, const std::string& locale) 
     std::sort(paths.begin(), paths.end());
     return;
   }
-  KeyWriter keys(*collator);
-  for (const std::string& path : paths) keys.append(path);
+  SiblingOrder order(*collator, paths);
   std::vector<std::string> sorted;
   sorted.reserve(paths.size());
-  for (const Placed& placed : inOrder(keys, paths)) sorted.push_back(std::move(paths[placed.path]));
+  for (const std::uint32_t path : PathTree(paths).tour(std::ref(order))) {
+    sorted.push_back(std::move(paths[path]));
+  }
   paths = std::move(sorted);
 }
 
