@@ -93,6 +93,7 @@ void AppDelegate::endOfTurn() {
   commit_->commit();
   rememberPlace();
   keepAwake_.keepAwake(isWatched());
+  masterViewController_.turnEnded();
 }
 
 // Nobody watches a show that is paused or hidden, and one in a window stands beside other work.

@@ -3,22 +3,22 @@
 #include "engine/PreferencesSheet.h"
 
 namespace lumivane {
-namespace {
-
-constexpr std::chrono::milliseconds kFrameInterval{20};
-constexpr std::chrono::milliseconds kFrameTolerance{100};
-
-}  // namespace
 
 MasterViewController::MasterViewController(const Host& host) : host_(host) {}
 
 void MasterViewController::viewDidLoad(RectPt frame) {
   saver_ = LumivaneView::initWithFrame(frame, false, host_);
-  timer_ = host_.mainLoop.every(kFrameInterval, kFrameTolerance, [this] { saver_->animateOneFrame(); });
+  heartbeat_.emplace(
+      host_.mainLoop, host_.clock, [this] { return saver_->nextFrameWanted(); },
+      [this] { saver_->animateOneFrame(); });
 }
 
 void MasterViewController::viewWillDisappear() {
-  timer_.reset();
+  heartbeat_.reset();
+}
+
+void MasterViewController::turnEnded() {
+  if (heartbeat_) heartbeat_->turnEnded();
 }
 
 void MasterViewController::viewWillMoveToWindow(HostWindow* window) {

@@ -1,4 +1,4 @@
-// Makes the slideshow's view, drives it 50 times a second and hands it the keys.
+// Makes the slideshow's view, drives it up to 50 times a second and hands it the keys.
 //
 // Threads: main only.
 // Owns:    the view and its timer.
@@ -7,10 +7,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
+#include "app/Heartbeat.h"
 #include "engine/Host.h"
 #include "engine/LumivaneView.h"
-#include "platform/MainLoop.h"
 
 namespace lumivane {
 
@@ -22,6 +23,8 @@ class MasterViewController {
   void viewDidLoad(RectPt frame);
   // Ends the heartbeat for good.
   void viewWillDisappear();
+  // At the end of each turn of the main loop: what it did may have brought the next frame forward.
+  void turnEnded();
   void viewWillMoveToWindow(HostWindow* window);
   void keyDown(const KeyEvent& event);
   void flagsChanged(Modifiers held);
@@ -36,7 +39,7 @@ class MasterViewController {
  private:
   const Host host_;
   std::unique_ptr<LumivaneView> saver_;
-  std::unique_ptr<Timer> timer_;  // ends before the view that it drives
+  std::optional<Heartbeat> heartbeat_;  // ends before the view that it drives
 };
 
 }  // namespace lumivane

@@ -55,6 +55,9 @@ class LumivaneView {
 
   // --- The frame loop ---
   void animateOneFrame();
+  // When the frame loop will have something to do, if nothing happens meanwhile; a time that has passed: at once;
+  // nothing: not at all. A frame before that does nothing.
+  [[nodiscard]] std::optional<MediaTime> nextFrameWanted() const;
   void startAnimation();
   void stopAnimation();
   void pauseAnimation();

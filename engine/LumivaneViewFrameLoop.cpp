@@ -31,6 +31,19 @@ void LumivaneView::animateOneFrame() {
   changePicture();
 }
 
+std::optional<MediaTime> LumivaneView::nextFrameWanted() const {
+  if (queryIsInProgress_ || pause_animation_) return std::nullopt;
+  if (host_.tables.pendingKeyEventsByDisplay.contains(displayID_)) return MediaTime{};
+  if (blankScreen_) return std::nullopt;
+  std::optional<MediaTime> wanted;
+  if (!paused_) wanted = lastFrameTime_ + std::chrono::seconds(settings_.durationPerImage_);
+  if (pauseZooming_ && currentLayer_->properties().speed != 0) {
+    const MediaTime freeze = lastFrameTime_ + wholeNanoseconds(actual_fading_duration_ + kAfterFade);
+    wanted = settings_.crossDissolve_ ? std::min(freeze, wanted.value_or(freeze)) : MediaTime{};
+  }
+  return wanted;
+}
+
 void LumivaneView::playPendingKey() {
   auto& pending = host_.tables.pendingKeyEventsByDisplay;
   if (pending.empty()) return;

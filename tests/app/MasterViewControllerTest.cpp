@@ -14,6 +14,8 @@ struct MasterViewControllerTest : ViewTest {
     controller = std::make_unique<MasterViewController>(host());
     controller->viewDidLoad({{0, 0}, {800, 600}});
     controller->viewWillMoveToWindow(&window);
+    loop.turnEnded = [this] { controller->turnEnded(); };
+    controller->turnEnded();
   }
 };
 
@@ -36,6 +38,31 @@ TEST_F(MasterViewControllerTest, requestsNoFramesOnceItsViewDisappears) {
   controller->viewWillDisappear();
   loop.runFor(std::chrono::minutes(5));
   EXPECT_TRUE(controller->saver().filename().empty());
+}
+
+TEST_F(MasterViewControllerTest, aShowThatStandsStillWakesTheMachineOnlyForTheNextPicture) {
+  load();
+  loop.runFor(std::chrono::seconds(5));
+  ASSERT_FALSE(controller->saver().filename().empty());
+  int turns = 0;
+  loop.turnEnded = [&] {
+    ++turns;
+    controller->turnEnded();
+  };
+  loop.runFor(std::chrono::milliseconds(4900));
+  EXPECT_EQ(turns, 0);
+  loop.runFor(std::chrono::milliseconds(200));
+  EXPECT_GT(turns, 0);
+}
+
+TEST_F(MasterViewControllerTest, aKeyThatAsksForAnotherPictureIsFollowedWithinAFrame) {
+  load();
+  loop.runFor(std::chrono::seconds(15));
+  const std::string second = controller->saver().filename();
+  controller->keyDown({kLeftArrowCharacter, kNoModifiers, false});
+  controller->turnEnded();
+  loop.runFor(std::chrono::milliseconds(20));
+  EXPECT_NE(controller->saver().filename(), second);
 }
 
 TEST_F(MasterViewControllerTest, handsKeysToTheView) {

@@ -241,5 +241,84 @@ TEST_F(ViewMotionTest, theOldPictureThawsWhenANewOneComes) {
   EXPECT_EQ(first->properties().speed, 1);
 }
 
+// --- When it wants the next frame ---
+
+struct ViewFrameWishesTest : ViewTest {
+  ViewFrameWishesTest() { listPictures(20); }
+  void showFirst() {
+    start();
+    beat();
+    run(Seconds{5});
+    ASSERT_FALSE(view->filename().empty());
+  }
+  [[nodiscard]] std::optional<Seconds> wanted() const {
+    const std::optional<MediaTime> time = view->nextFrameWanted();
+    if (!time) return std::nullopt;
+    return Seconds{std::max(*time - clock.now(), Nanoseconds{0})};
+  }
+};
+
+TEST_F(ViewFrameWishesTest, theNextPictureIsWantedWhenThePeriodIsOver) {
+  showFirst();
+  ASSERT_TRUE(wanted());
+  EXPECT_NEAR(wanted()->count(), 5, 0.2);
+  press(kRightArrowCharacter);
+  EXPECT_EQ(wanted(), Seconds{0});
+}
+
+TEST_F(ViewFrameWishesTest, nothingIsWantedOfAShowThatStands) {
+  showFirst();
+  press(U' ');
+  EXPECT_FALSE(wanted());
+  press(U' ');
+  EXPECT_TRUE(wanted());
+  press(U'b');
+  EXPECT_FALSE(wanted());
+  press(U'b');
+  EXPECT_TRUE(wanted());
+  view->stopAnimation();
+  EXPECT_FALSE(wanted());
+  view->startAnimation();
+  view->setQueryIsInProgress(true);
+  EXPECT_FALSE(wanted());
+}
+
+TEST_F(ViewFrameWishesTest, aKeyOfAnotherDisplayIsWantedAtOnceWhateverTheShowDoes) {
+  showFirst();
+  press(U'b');
+  tables.pendingKeyEventsByDisplay[view->displayNumber()] = {U'b', kNoModifiers, false};
+  EXPECT_EQ(wanted(), Seconds{0});
+  beat();
+  ASSERT_TRUE(wanted());
+  EXPECT_GT(*wanted(), Seconds{0});
+}
+
+TEST_F(ViewFrameWishesTest, motionIsFrozenAtOnceAndThenNothingIsWanted) {
+  configure([](DisplaySettings& s) { s.kenBurnsIsOn_ = true; });
+  showFirst();
+  press(U' ');
+  press(U'z');
+  EXPECT_EQ(wanted(), Seconds{0});
+  beat();
+  EXPECT_EQ(view->currentLayer()->properties().speed, 0);
+  EXPECT_FALSE(wanted());
+}
+
+TEST_F(ViewFrameWishesTest, motionIsFrozenAfterTheDissolve) {
+  configure([](DisplaySettings& s) {
+    s.kenBurnsIsOn_ = true;
+    s.crossDissolve_ = true;
+  });
+  showFirst();
+  runUntilChange();
+  press(U'z');
+  ASSERT_TRUE(wanted());
+  EXPECT_NEAR(wanted()->count(), view->actualFadingDuration().count() + 0.1, 0.05);
+  run(*wanted() + Seconds{0.05});
+  EXPECT_EQ(view->currentLayer()->properties().speed, 0);
+  ASSERT_TRUE(wanted());
+  EXPECT_GT(*wanted(), Seconds{1}) << "only the next picture";
+}
+
 }  // namespace
 }  // namespace lumivane

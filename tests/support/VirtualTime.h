@@ -71,6 +71,7 @@ class VirtualMainLoop final : public MainLoop {
     }
     clock_.setNow(std::max(end, clock_.now()));
   }
+  Job turnEnded;  // runs after each job, if there is one
   [[nodiscard]] std::size_t waitingJobs() const { return jobs_.size(); }
   // Runs what is due now, and what that makes due now.
   void runPending() { runFor(Nanoseconds{0}); }
@@ -113,6 +114,7 @@ class VirtualMainLoop final : public MainLoop {
     if (next.due > clock_.now()) clock_.setNow(next.due);
     if (next.stopped && *next.stopped) return;
     next.job();
+    if (turnEnded) turnEnded();
     if (next.interval > Nanoseconds{0})
       add(next.due + next.interval, next.interval, std::move(next.job), next.stopped);
   }

@@ -1,0 +1,39 @@
+#include "app/Heartbeat.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumivane {
+namespace {
+
+constexpr std::chrono::milliseconds kFrameInterval{20};
+
+}  // namespace
+
+Heartbeat::Heartbeat(MainLoop& mainLoop, const Clock& clock, Wanted wanted, Job beat)
+    : mainLoop_(mainLoop),
+      clock_(clock),
+      wanted_(std::move(wanted)),
+      beat_(std::move(beat)),
+      lastBeat_(clock.now()) {}
+
+void Heartbeat::turnEnded() {
+  std::optional<MediaTime> next = wanted_();
+  if (next) next = std::max(*next, lastBeat_ + kFrameInterval);
+  if (next == next_) return;
+  next_ = next;
+  watch_.reset();
+  if (next) beatAt(*next);
+}
+
+void Heartbeat::beatAt(MediaTime time) {
+  watch_ = std::make_shared<bool>(true);
+  mainLoop_.after(std::max(time - clock_.now(), Nanoseconds{0}), [this, watch = std::weak_ptr(watch_)] {
+    if (watch.expired()) return;
+    next_.reset();
+    lastBeat_ = clock_.now();
+    beat_();
+  });
+}
+
+}  // namespace lumivane
