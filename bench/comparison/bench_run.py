@@ -15,7 +15,7 @@ class BenchRun:
         self.painter = build / "tools" / "demo-pictures" / "lumivane-demo-pictures"
         self.workshop = Workshop(folder, self.painter)
         self.quick = quick
-        self.many = 1000 if quick else 1_000_000  # files in the largest tree
+        self.many = 20_000 if quick else 1_000_000  # files in the largest tree
         self.detail = ""                          # a pattern that narrows what a group of rows does
         self._rounds = rounds
 

@@ -29,7 +29,7 @@ def rows(bench):
     own_pixels = workshop.MEGAPIXELS * 1e6 / 2**20
     return [
         _row("picture change: CPU", "ms", ours, theirs, lambda run: run.cpu_ms, note=NOTE, most_ratio=MOST_TIMES_FEH),
-        _row("picture change: key to whole picture", "ms", ours, theirs, lambda run: run.milliseconds, note=NOTE),
+        _row("picture change: key to next picture", "ms", ours, theirs, lambda run: run.milliseconds, note=NOTE),
         table.Row("history: memory by the picture", "bytes a pixel",
                   [(run.mib[HISTORY - 1] - run.mib[1]) / (HISTORY - 2) / own_pixels for run in ours], most=MOST_BYTES_A_PIXEL,
                   note=NOTE_MEMORY),

@@ -80,8 +80,8 @@ def _begin_dissolve(show):
 
 class _Cost:
     def __init__(self, cpu_seconds, frames):
-        self.cpu_ms = cpu_seconds * 1000 / len(frames)
         self.interval_ms = statistics.median(_intervals(frames)) * 1000
+        self.cpu_ms = cpu_seconds * 1000 / len(frames)
 
 
 def _frame_cost(show, begin, seconds):

@@ -114,7 +114,7 @@ class GlSlideshow(Peer):
     """The GL slideshow screen saver on the bare screen. Other programs find and open its pictures for it, at the screen's size."""
 
     name = "glslideshow"
-    program = (GLSLIDESHOW, "--root")
+    program = (GLSLIDESHOW, "--root", "--cutoff", "0")  # else it stops moving and fading for good on a machine that it finds slow
 
     def __init__(self, screen, home, folder, *arguments):
         super().__init__(screen, home, *arguments)

@@ -76,7 +76,7 @@ def _make_picture(painting, grain, mirrored, made):
     _vips("flip", upright, side, "horizontal")
     _vips("linear", side if mirrored else upright, pale, "0.5", "0")
     _vips("thumbnail", pale, large, PICTURE_WIDTH, "--height", PICTURE_HEIGHT, "--size", "force")
-    _vips("add", large, grain, f"{made}[Q=92]")
+    _vips("add", large, grain, f"{made}[Q=92,strip]")
     for step in steps:
         step.unlink()
 
