@@ -1,7 +1,7 @@
 """The parts, measured by the Google Benchmark programs of bench/, taken over into the table.
 
-Each of them calls its benchmarks WORK/ours and WORK/PEER; a row is made of each pair. Repetitions of all are mixed at random, and the
-n-th of one is held against the n-th of the other.
+Each of them calls its benchmarks WORK/ours and WORK/PEER; a row is made of each pair. Repetitions of all are mixed at random, and
+the n-th of one is held against the n-th of the other.
 """
 import json
 import os
@@ -96,7 +96,7 @@ def _rows(samples):
             if peer != "ours":
                 found.append(_row(samples, work, peer))
         if (work, "ours") in samples.mean_errors:
-            found.append(_error_row(samples, work, [peer for peer in who if (work, peer) in samples.mean_errors and peer != "ours"]))
+            found.append(_error_row(samples, work))
         for (ours, other), most in OWN_TARGETS.items():
             if ours == work and other in samples:
                 found.append(table.Row(work, "ms", who.get("ours", []), f"{other}/ours", samples[other].get("ours", []),
@@ -110,7 +110,8 @@ def _row(samples, work, peer):
                      most_ratio=TARGETS.get(work, {}).get(peer), note=f"{NOTE} Not measured: {error}." if error else NOTE)
 
 
-def _error_row(samples, work, peers):
+def _error_row(samples, work):
+    peers = [peer for of, peer in samples.mean_errors if of == work and peer != "ours"]
     theirs = [samples.mean_errors[work, peer] for peer in peers[:1]]
     return table.Row(f"{work}: mean error", "of 255", [samples.mean_errors[work, "ours"]], peers[0] if peers else "", theirs,
                      most=MOST_MEAN_ERROR, note="Against the whole picture, shrunk by Lanczos' filter.")

@@ -11,9 +11,8 @@ REFRESH_SECONDS = 1 / 60
 LATE = 1.5 * REFRESH_SECONDS  # as LUMIVANE_FRAME_STATS counts it, give or take the millisecond of the X server's clock
 SETTLE = 6
 
-NOTE = (f"The main thread is stopped for {BLOCKED_SECONDS * 1000:.0f} ms, as a debugger does it, again and again while a picture moves; "
-        "in turn with the same time without a stop. Late is a frame more than one and a half refresh intervals after the one before, by "
-        "the X server's notes. What comes late without a stop as well is the machine's doing.")
+NOTE = (f"Stopped for {BLOCKED_SECONDS * 1000:.0f} ms while a picture moves, in turn with the same time without a stop; what "
+        "comes late then, too, is the machine's doing. Late: more than one and a half refresh intervals after the frame before.")
 
 
 def rows(bench):

@@ -14,12 +14,11 @@ SETTLED = 20      # changes until all pools are full
 QUIET = 0.25      # seconds without a frame: the picture is whole
 PATIENCE = 30     # seconds for a picture
 
-NOTE = (f"JPEG of {workshop.MEGAPIXELS:.0f} megapixels, no motion, no dissolve; the key for the next picture is pressed once the last one is "
-        f"whole and nothing was drawn for {QUIET * 1000:.0f} ms. Ours decodes to full size, makes mip levels and keeps the last {HISTORY} pictures; feh "
-        "scales to the screen and keeps none.")
-NOTE_MEMORY = NOTE + (" Memory is what the program and its decoder have beyond the contents of files. By the picture: from the second to "
-                      f"the {HISTORY}th in the history. In all: with {HISTORY} in the history, the program itself and the textures included. Grown: "
-                      "median of the last ten changes less that of the ten that follow the first twenty.")
+NOTE = (f"JPEG of {workshop.MEGAPIXELS:.0f} megapixels, no motion, no dissolve; the next key once nothing was drawn for "
+        f"{QUIET * 1000:.0f} ms. Ours makes mip levels and keeps the last {HISTORY} pictures; feh scales to the screen and "
+        "keeps none.")
+NOTE_MEMORY = ("Memory of program and decoder, contents of files apart. By the picture: from the second to the "
+               f"{HISTORY}th in the history. Grown: the last ten changes less the ten after the first {SETTLED}, medians.")
 
 
 def rows(bench):

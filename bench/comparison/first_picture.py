@@ -6,8 +6,8 @@ from shows import Feh, Lumivane
 MOST_TIMES_FEH = {"few": 1.0, "many": 0.5}
 MOST_TIMES_OWN_THOUSAND = 1.2
 
-NOTE = ("1920x1080, JPEG of 24 megapixels, in random order, no motion, no dissolve; seen by the X server's notes of what is drawn and "
-        "the pixels in the middle of the screen. Ours reads the list that was collected before.")
+NOTE = ("1920x1080, JPEG of 24 megapixels, in random order; no motion, no dissolve. Over when the middle of the screen is "
+        "bright. Ours reads the list that was collected before.")
 FEH_WALKS = "feh -F -r --randomize FOLDER"
 FEH_READS = "feh -F --randomize --filelist LIST"
 

@@ -10,9 +10,8 @@ MOST_FRAMES = 0
 
 SETTLE = 8  # seconds: the next picture is decoded by then
 
-NOTE = ("One start each. The still picture is to stand for ten minutes, so nothing but the watching passes. Paused and blank begin while "
-        "the picture moves. Hidden is iconified while it moves. CPU of the program and its decoder, by the minute; frames are all drawings "
-        "on the screen, however small.")
+NOTE = ("One start each, no picture due for ten minutes; paused, blank and hidden (iconified) begin while the picture moves. CPU "
+        "of the program and its decoder; drawings are all on the screen, however small.")
 
 
 def rows(bench):
@@ -21,7 +20,7 @@ def rows(bench):
     for state, settings, steps in STATES:
         if not bench.wants(state):
             continue
-        ours, frames = _idle(bench, seconds, lambda screen, home: Lumivane(screen, home, bench.workshop.pictures(), **settings), steps)
+        ours, frames = _idle(bench, seconds, lambda screen, home: _ours(bench, screen, home, settings), steps)
         theirs, their_frames = None, None
         if state in FEH_CAN:
             theirs, their_frames = _idle(bench, seconds, lambda screen, home: _feh(bench, screen, home), FEH_CAN[state])
@@ -51,6 +50,10 @@ MOVING = {"DurationPerImage": "600", "KenBurnsIsOn": "true"}
 STATES = (("still picture", STILL, lambda show: None), ("paused", MOVING, _freeze_and_pause), ("blank", MOVING, _press("b")),
           ("hidden", MOVING, _hide))
 FEH_CAN = {"still picture": lambda show: None, "hidden": _hide}
+
+
+def _ours(bench, screen, home, settings):
+    return Lumivane(screen, home, bench.workshop.pictures(), **settings)
 
 
 def _feh(bench, screen, home):

@@ -14,12 +14,11 @@ SECONDS_A_PICTURE = 8
 FADE_SLIDER = 15  # the setting is squared into seconds (engine/FadeLength.h): 22.6
 FADE_SECONDS = 8  # of glslideshow, one after the other
 
-HOW = ("1920x1080 on software GL, pictures of 24 megapixels in the screen's shape. Frames of both are counted by the X server: whatever "
-       "draws more than half of the screen at once. glslideshow shows copies at the screen's size that another program scales for it; "
-       "ours has the whole picture.")
-NOTE_COST = HOW + " Processor time of the program and all its threads and children, by the frame; nothing is decoded meanwhile."
-NOTE_GAP = HOW + (f" A new picture every {SECONDS_A_PICTURE} s; of each such stretch the longest time between two frames, as a multiple of "
-                  "the median time between two.")
+HOW = ("1920x1080 on software GL, pictures of 24 megapixels in the screen's shape; frames counted by the X server. glslideshow "
+       "has copies at the screen's size, ours the whole picture.")
+NOTE_COST = HOW + " CPU of all threads and children by the frame; nothing is decoded meanwhile."
+NOTE_GAP = HOW + (f" A new picture every {SECONDS_A_PICTURE} s; the longest time between two frames in each such stretch, in "
+                  "median times between two.")
 
 
 def rows(bench):
@@ -58,15 +57,16 @@ def _cost(bench, work, shows, begin):
 
 def _moving(bench, screen):
     """A single picture for the whole time: no fade, and no change of picture while it is watched."""
-    return (Lumivane(screen, bench.workshop.home("moving"), bench.workshop.pictures(), KenBurnsIsOn="true", DurationPerImage="60"),
+    return (Lumivane(screen, bench.workshop.home("moving"), bench.workshop.pictures(), KenBurnsIsOn="true",
+                     DurationPerImage="60"),
             GlSlideshow(screen, bench.workshop.home("moving-gl"), bench.workshop.pictures(),
                         "--pan", 30, "--duration", 600, "--fade", 0))
 
 
 def _dissolving(bench, screen):
     """Nothing but dissolve while it is watched. glslideshow fades from one part of a picture to another part of the same."""
-    return (Lumivane(screen, bench.workshop.home("dissolving"), bench.workshop.pictures(), KenBurnsIsOn="true", CrossDissolve="true",
-                     CrossDissolveDuration=str(FADE_SLIDER), DurationPerImage="60"),
+    return (Lumivane(screen, bench.workshop.home("dissolving"), bench.workshop.pictures(), KenBurnsIsOn="true",
+                     CrossDissolve="true", CrossDissolveDuration=str(FADE_SLIDER), DurationPerImage="60"),
             GlSlideshow(screen, bench.workshop.home("dissolving-gl"), bench.workshop.pictures(),
                         "--pan", FADE_SECONDS, "--duration", 600, "--fade", FADE_SECONDS))
 

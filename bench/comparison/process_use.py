@@ -2,7 +2,6 @@
 import os
 import pathlib
 import subprocess
-import sys
 import time
 
 _TICKS = os.sysconf("SC_CLK_TCK")
@@ -60,4 +59,4 @@ def machine():
     info = pathlib.Path("/proc/cpuinfo").read_text()
     model = next((line.partition(":")[2].strip() for line in info.splitlines() if line.startswith("model name")), "processor")
     memory = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES") / 2**30
-    return f"{os.cpu_count()} x {model}, {memory:.0f} GiB, {os.uname().sysname} {os.uname().release}, Python {sys.version.split()[0]}"
+    return f"{os.cpu_count()} x {model}, {memory:.0f} GiB, {os.uname().sysname} {os.uname().release}"

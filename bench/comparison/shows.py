@@ -45,7 +45,7 @@ class Show:
         return process_use.cpu_seconds_of_all(self.process.pid)
 
     def memory_mib(self):
-        """What the program and whatever it has started hold, the contents of files apart, which the system can drop at any time."""
+        """What the program and whatever it has started hold, the contents of files apart, which the system can drop."""
         return sum(memory.mib(pid, "RssAnon") + memory.mib(pid, "RssShmem") for pid in process_use.descendants(self.process.pid))
 
     def end(self):
@@ -61,7 +61,7 @@ class Show:
 
 
 class Lumivane(Show):
-    """Ours in full screen, set up as tests/e2e does it. The pictures of a folder are collected before; a start reads their list."""
+    """Ours in full screen, set up as tests/e2e does it. The pictures are collected before; a start reads their list."""
 
     name = "Lumivane"
 
@@ -111,7 +111,7 @@ class Feh(Peer):
 
 
 class GlSlideshow(Peer):
-    """The GL slideshow screen saver on the bare screen. Other programs find and open its pictures for it, at the screen's size."""
+    """The GL slideshow screen saver on the bare screen. Other programs find and open its pictures, at the screen's size."""
 
     name = "glslideshow"
     program = (GLSLIDESHOW, "--root", "--cutoff", "0")  # else it stops moving and fading for good on a machine that it finds slow

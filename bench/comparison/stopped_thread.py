@@ -1,7 +1,7 @@
 """Holds one thread of another process still, as a disk does that doesn't answer, while all others go on.
 
-Signals stop whole processes. A debugger can stop single threads (PTRACE_SEIZE and PTRACE_INTERRUPT, ptrace(2)); this one does nothing
-else. Which thread traces is recorded by the kernel, so everything happens on the caller's.
+Signals stop whole processes. A debugger can stop single threads (PTRACE_SEIZE and PTRACE_INTERRUPT, ptrace(2)); this one does
+nothing else. The kernel keeps which thread traces, so everything happens on the caller's.
 """
 import contextlib
 import ctypes

@@ -58,7 +58,7 @@ class Workshop:
         return made
 
     def _make_pictures(self, root):
-        """Painted landscapes with the grain of a camera, lightened so that the middle of the screen is bright wherever one is shown."""
+        """Painted landscapes with the grain of a camera, lightened so that no middle of a screen that shows one is dark."""
         painted, grain = root.parent / "painted", root.parent / "grain.v"
         subprocess.run([self._painter, painted, "40"], check=True, timeout=120)
         _vips("gaussnoise", grain, PICTURE_WIDTH, PICTURE_HEIGHT, "--mean", "100", "--sigma", "5")
@@ -76,7 +76,7 @@ def _make_picture(painting, grain, mirrored, made):
     _vips("flip", upright, side, "horizontal")
     _vips("linear", side if mirrored else upright, pale, "0.5", "0")
     _vips("thumbnail", pale, large, PICTURE_WIDTH, "--height", PICTURE_HEIGHT, "--size", "force")
-    _vips("add", large, grain, f"{made}[Q=92,strip]")
+    _vips("add", large, grain, f"{made}[Q=94,subsample_mode=on,strip]")
     for step in steps:
         step.unlink()
 

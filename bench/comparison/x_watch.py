@@ -95,7 +95,8 @@ class Watch:
         return [self._brightness_at(x, y) for x, y in points]
 
     def _brightness_at(self, x, y):
-        image = ctypes.c_void_p(self._x11.XGetImage(self._display, self._root, x, y, 1, 1, ctypes.c_ulong(_ALL_PLANES), _Z_PIXMAP))
+        all_planes = ctypes.c_ulong(_ALL_PLANES)
+        image = ctypes.c_void_p(self._x11.XGetImage(self._display, self._root, x, y, 1, 1, all_planes, _Z_PIXMAP))
         if not image:
             return 0
         colour = self._x11.XGetPixel(image, 0, 0)
