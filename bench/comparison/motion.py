@@ -30,7 +30,7 @@ def rows(bench):
 def gap_rows(bench):
     """The longest gaps at changes, in median frames."""
     changes = 3 if bench.quick else 10
-    ours, theirs = table.in_turn(bench.rounds(3), lambda: _gaps(bench, _changing_ours, changes),
+    ours, theirs = table.in_turn(bench.rounds(2), lambda: _gaps(bench, _changing_ours, changes),
                                  lambda: _gaps(bench, _changing_theirs, changes))
     ours, theirs = ([gap for run in runs for gap in run] for runs in (ours, theirs))
     return [table.Row("gap at a change, median of changes", "frames", [one.frames for one in ours], GlSlideshow.name,
