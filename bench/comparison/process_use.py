@@ -10,10 +10,9 @@ _TICKS = os.sysconf("SC_CLK_TCK")
 class Finished:
     """What a command took until it ended, the processes that it waited for included."""
 
-    def __init__(self, status, use, seconds):
-        self.status = status
+    def __init__(self, use, seconds):
         self.cpu_seconds = use.ru_utime + use.ru_stime
-        self.peak_mib = use.ru_maxrss / 1024
+        self.peak_mib = use.ru_maxrss / 1024  # never told as less than that of this process, which the kernel counts as its past
         self.seconds = seconds
 
 
@@ -25,7 +24,7 @@ def run(command, environment=None, output=subprocess.DEVNULL):
     process.returncode = os.waitstatus_to_exitcode(status)  # spares Python a second wait for it
     if process.returncode != 0:
         raise RuntimeError(f"{command[0]} ended with {process.returncode}")
-    return Finished(status, use, time.monotonic() - begin)
+    return Finished(use, time.monotonic() - begin)
 
 
 def descendants(pid):

@@ -2,14 +2,11 @@
 import os
 import pathlib
 import subprocess
-import sys
 import time
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "e2e"))
-
-import memory  # noqa: E402
-import process_use  # noqa: E402
-import slideshow  # noqa: E402
+import memory
+import process_use
+import slideshow
 
 PATIENCE = 120  # seconds until a picture must be on the screen
 GLSLIDESHOW = "/usr/libexec/xscreensaver/glslideshow"
@@ -70,18 +67,10 @@ class Lumivane(Show):
         self._slideshow = slideshow.Slideshow(home, screen)
         self._slideshow.set_up(folder, **settings)
 
-    @property
-    def environment(self):
-        return self._slideshow.environment
-
     def launch(self):
         self._slideshow.begin_anew()
         self._slideshow.start("-f")
         self.process = self._slideshow.process
-
-    def changes(self):
-        """How many pictures were shown so far."""
-        return len(self._slideshow.shown_lines())
 
     def memory_mib(self):
         # Pixels lie in memory that the show and its decoder share: counted once, with the decoder, which has touched all of them.
