@@ -2,10 +2,12 @@
 //
 // Everything but the reading of the file happens on the main thread: a try is chosen here, decoded there, and its outcome
 // comes back through the main loop. So nothing is shared, and the main thread never waits.
+#include <algorithm>
 #include <utility>
 
 #include "engine/LumivaneView.h"
 #include "imaging/LongestSide.h"
+#include "imaging/PanAndZoom.h"
 #include "platform/PrintableText.h"
 
 namespace lumivane {
@@ -21,6 +23,29 @@ void tellWhyInaccessible(const Files& files, LoadOutcome& outcome) {
     if (message.kind == LoadMessage::Kind::FileAccessError)
       message = {LoadMessage::Kind::LogError, fileAccessText(files, message.with), {}};
   }
+}
+
+SizePt larger(SizePt a, SizePt b) {
+  return {std::max(a.width, b.width), std::max(a.height, b.height)};
+}
+
+// As large as the picture can get when it is shown: the compositor takes up what of it can be seen then, and no more.
+void makeRoomForShowing(LayerProperties& layer, const DisplaySettings& settings, SizePt screen) {
+  const SizePx picture = layer.contents->displaySize();
+  const BlackBorderSettings borders{settings.allowBlackBorders_, settings.blackBorderAvoidance_};
+  bool fillsScreen = false;
+  if (settings.zoomIsOn_) {
+    const PlainZoom zoom =
+        nextPlainZoom(picture.width, picture.height, screen, borders, settings.initZoomInFactor_, false);
+    layer.bounds.size = larger(zoom.fromSize, zoom.toSize);
+    fillsScreen = zoom.fillsScreen;
+  } else if (settings.kenBurnsIsOn_) {
+    layer.bounds.size =
+        largestPanAndZoom(static_cast<float>(picture.width), static_cast<float>(picture.height), screen);
+  } else {
+    fillsScreen = !allowBlackBordersWidth(picture.width, picture.height, screen, borders);
+  }
+  if (fillsScreen) layer.contentsGravity = ContentsGravity::ResizeAspectFill;
 }
 
 }  // namespace
@@ -87,9 +112,10 @@ void LumivaneView::abandonPrefetch() {
 void LumivaneView::acceptPrefetched(LoadedPicture picture) {
   removeFromMainLayer(prefetchLayer_);
   auto layer = makeImageLayer(picture.image, stage());
-  layer->edit([](LayerProperties& p) {
+  layer->edit([this](LayerProperties& p) {
     p.zPosition = kPrefetchLayerZPosition;
     p.opacity = 0;
+    makeRoomForShowing(p, settings_, drawRect_.size);
   });
   prefetchLayer_ = mainLayer_->addSublayerBelow(std::move(layer), textLayer_);
   prefetch_.fill(std::move(picture));

@@ -1,5 +1,6 @@
 #include "imaging/PanAndZoom.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -74,8 +75,13 @@ PictureRect leftPart(const Geometry& g, double fraction, RandomSource& random) {
   return rect;
 }
 
+// The least part of the width of a wide or normal picture.
+double sidewaysFraction(const Geometry& g, double aspect) {
+  return aspect > kPanoramaAspectFactor * g.screenAspect ? kPanoramaFraction : kBaseFraction;
+}
+
 PanAndZoomRects panSideways(const Geometry& g, double aspect, RandomSource& random, Log& log) {
-  const double fraction = aspect > kPanoramaAspectFactor * g.screenAspect ? kPanoramaFraction : kBaseFraction;
+  const double fraction = sidewaysFraction(g, aspect);
   const PictureRect left = leftPart(g, fraction, random);
   PictureRect right = leftPart(g, fraction, random);
   right.x = static_cast<double>(g.width) - right.width;
@@ -129,6 +135,17 @@ PanAndZoomRects calcKenBurnsForImageWidth(float imageWidth, float imageHeight, S
   if (aspect < kTallAspectFactor * geometry.screenAspect) return panUpright(geometry, random, log);
   log.error("aspect_img vs aspect_screen ?! (can't happen)!");  // not a number
   return kStandIn;
+}
+
+SizePt largestPanAndZoom(float imageWidth, float imageHeight, SizePt screen) {
+  const Geometry geometry{imageWidth, imageHeight, screen.width / screen.height};
+  const double aspect = imageWidth / imageHeight;
+  if (!std::isfinite(aspect) || !(aspect > 0)) return screen;
+  const bool upright = aspect < kTallAspectFactor * geometry.screenAspect;
+  const double fraction = upright ? kTallFraction : sidewaysFraction(geometry, aspect);
+  // A part that would be higher than the picture is as high as the picture.
+  const double scale = std::max(screen.width / (fraction * imageWidth), screen.height / imageHeight);
+  return {scale * imageWidth, scale * imageHeight};
 }
 
 bool allowBlackBordersWidth(std::int32_t width, std::int32_t height, SizePt screen,

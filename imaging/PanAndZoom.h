@@ -33,6 +33,9 @@ struct PanAndZoomRects {
 [[nodiscard]] PanAndZoomRects calcKenBurnsForImageWidth(float imageWidth, float imageHeight, SizePt screen,
                                                         RandomSource& random, Log& log);
 
+// The largest extent of the whole picture on the screen that any of these rectangles can bring about.
+[[nodiscard]] SizePt largestPanAndZoom(float imageWidth, float imageHeight, SizePt screen);
+
 // What the user said about black borders beside a picture.
 struct BlackBorderSettings {
   bool allowBlackBorders = true;

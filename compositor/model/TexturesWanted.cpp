@@ -25,22 +25,14 @@ SizePt largestBounds(const LayerSnapshot& layer) {
   return largest;
 }
 
-// A layer that was never given any motion or fade and cannot be seen is held ready to be shown.
-bool isHeldReady(const LayerVisit& visit) {
-  return !visit.visible && visit.layer->animations.empty();
-}
-
-SizePt largestExtent(const LayerSnapshot& layer, bool heldReady) {
+SizePt largestExtent(const LayerSnapshot& layer) {
   const SizePx pixels = layer.properties.contents->displaySize();
   const SizePt content{static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
-  const SizePt bounds = largestBounds(layer);
-  if (!heldReady) return contentsSize(bounds, content, layer.properties.contentsGravity);
-  const SizePt filling = contentsSize(bounds, content, ContentsGravity::ResizeAspectFill);
-  return {filling.width * kGrowthAhead, filling.height * kGrowthAhead};
+  return contentsSize(largestBounds(layer), content, layer.properties.contentsGravity);
 }
 
 // A bitmap may be in several layers: a picture on the screen is often still held ready in a hidden one. What is
-// shown counts more than what is guessed; of two that are shown, the more detailed one.
+// shown counts more than what may be; of two that are shown, the more detailed one.
 void merge(const WantedTexture& texture, std::vector<WantedTexture>& wanted) {
   const auto known = std::ranges::find(wanted, texture.bitmap, &WantedTexture::bitmap);
   if (known == wanted.end()) {
@@ -68,7 +60,7 @@ void texturesWanted(const FrameSnapshot& frame, Seconds presentationTime,
   visitLayers(frame, presentationTime, [&](const LayerVisit& visit) {
     const LayerProperties& properties = visit.layer->properties;
     if (!properties.contents) return;
-    const SizePt extent = largestExtent(*visit.layer, isHeldReady(visit));
+    const SizePt extent = largestExtent(*visit.layer);
     const std::size_t level =
         mostDetailedLevel(*properties.contents, extent, frame.scale, properties.minificationFilter);
     merge({properties.contents, level, visit.visible}, wanted);

@@ -72,36 +72,12 @@ TEST_F(TexturesWantedTest, aPanWithoutStaticBoundsWantsTheLevelsOfItsAnimation) 
   EXPECT_EQ(wanted()[0].mostDetailedLevel, 1U);  // 505 points wide: 2.97 picture pixels a pixel
 }
 
-TEST_F(TexturesWantedTest, aHiddenPictureIsTakenUpWithRoomToGrow) {
-  Layer* layer = root.addSublayer(plainPictureLayer(blankBitmap({4000, 2250}), kScreen));
+TEST_F(TexturesWantedTest, aHiddenPictureIsTakenUpAsLargeAsItsBounds) {
+  Layer* layer = root.addSublayer(plainPictureLayer(photo, kScreen));
   layer->edit([](LayerProperties& p) { p.opacity = 0; });
-  // Filling the screen would take 8.3 picture pixels a pixel, 1.5 times as large 5.6.
-  ASSERT_EQ(wanted().size(), 1U);
-  EXPECT_EQ(wanted()[0].mostDetailedLevel, 2U);
-  EXPECT_FALSE(wanted()[0].shown);
-}
-
-// A pan may show as little as seven tenths of a picture's width (half of a panorama's), three quarters of a tall
-// one's, and a zoom may enlarge it by half: what was taken up ahead has to be enough for all of them.
-TEST_F(TexturesWantedTest, whatIsTakenUpAheadIsEnoughForEveryPan) {
-  struct Case {
-    SizePx picture;
-    double leastShare;  // of the picture's width across the screen
-  };
-  for (const Case& one : {Case{{2000, 1500}, 0.7}, Case{{1500, 2000}, 0.7}, Case{{2400, 1350}, 0.7},
-                          Case{{4000, 1000}, 0.5}, Case{{3000, 1124}, 0.7}, Case{{400, 3000}, 0.75}}) {
-    Layer tree;
-    const BitmapRef picture = blankBitmap(one.picture);
-    tree.addSublayer(plainPictureLayer(picture, kScreen))->edit([](LayerProperties& p) { p.opacity = 0; });
-    const auto ahead = wantedBy(tree, Seconds{0});
-    const double share =
-        std::min(one.leastShare * one.picture.width, one.picture.height * kScreen.width / kScreen.height) /
-        one.picture.width;
-    const double scale = kScreen.width / (share * one.picture.width);
-    const auto needed = mostDetailedLevel(*picture, {one.picture.width * scale, one.picture.height * scale},
-                                          1, ContentsFilter::Trilinear);
-    EXPECT_LE(ahead[0].mostDetailedLevel, needed) << one.picture.width << " x " << one.picture.height;
-  }
+  EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{photo, 1, false}}));
+  layer->edit([](LayerProperties& p) { p.bounds.size = {960, 540}; });
+  EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{photo, 0, false}}));
 }
 
 TEST_F(TexturesWantedTest, theShownOnesComeFirstEachKindInItsOrder) {
@@ -123,6 +99,7 @@ TEST_F(TexturesWantedTest, aPictureShownAndHeldReadyIsWantedOnceAsShown) {
   ahead->edit([](LayerProperties& p) {
     p.opacity = 0;
     p.zPosition = -10;
+    p.bounds.size = {960, 540};
   });
   EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{one, 0, false}}));
   root.addSublayer(plainPictureLayer(one, kScreen));
@@ -154,12 +131,10 @@ TEST_F(TexturesWantedTest, aPictureAboutToFadeInCountsAsShown) {
   EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{photo, 1, true}}));
 }
 
-// It is about to go: more detail for it would be sent in vain.
 TEST_F(TexturesWantedTest, aPictureFadedOutIsOnlyKept) {
-  const BitmapRef one = blankBitmap({1300, 1000});
-  Layer* layer = root.addSublayer(plainPictureLayer(one, kScreen));
+  Layer* layer = root.addSublayer(plainPictureLayer(photo, kScreen));
   addFade(*layer, 1, 1, 0, Seconds{0});
-  EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{one, 1, false}}));
+  EXPECT_EQ(wanted(), (std::vector<WantedTexture>{{photo, 1, false}}));
 }
 
 }  // namespace

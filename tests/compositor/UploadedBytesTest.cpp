@@ -48,9 +48,13 @@ class UploadedBytesTest : public testing::Test {
     const RectPt larger{{0, 0}, {width * 1.1, width * 1.1 * 9 / 16}};
     root.addSublayer(panningPictureLayer(picture, kFullHd, part, larger, 10, Seconds{0}));
   }
+  // Ready for a pan across seven tenths of its width.
   Layer* hold(const BitmapRef& picture) {
     Layer* const layer = root.addSublayer(plainPictureLayer(picture, kFullHd));
-    layer->edit([](LayerProperties& p) { p.opacity = 0; });
+    layer->edit([](LayerProperties& p) {
+      p.opacity = 0;
+      p.bounds.size = {kFullHd.width / 0.7, kFullHd.width / 0.7};
+    });
     return layer;
   }
   [[nodiscard]] std::size_t sent() const { return gl.bytesSentOf(*photo); }

@@ -172,6 +172,33 @@ TEST_F(PanAndZoomTest, SameSeedGivesSameRectangles) {
   }
 }
 
+// What is taken up of a picture before its rectangles are drawn has to be enough for all of them.
+TEST(LargestPanAndZoom, IsReachedAndNeverPassed) {
+  RecordingLog log;
+  std::mt19937 sizes(7);
+  for (int i = 0; i < 300; ++i) {
+    const auto width = static_cast<float>(200 + sizes() % 8000);
+    const auto height = static_cast<float>(200 + sizes() % 8000);
+    const SizePt largest = largestPanAndZoom(width, height, kFullHd);
+    EXPECT_NEAR(largest.width / largest.height, width / height, 1e-5 * (width / height));
+    TwisterRandom random;
+    random.seed(static_cast<std::uint64_t>(i));
+    double closest = 0;
+    for (int draw = 0; draw < 100; ++draw) {
+      const PanAndZoomRects rects = calcKenBurnsForImageWidth(width, height, kFullHd, random, log);
+      for (const PictureRect& rect : {rects.from, rects.to})
+        closest = std::max(closest, kFullHd.width / rect.width * width);
+    }
+    EXPECT_LE(closest, largest.width * (1 + 1e-6)) << width << " x " << height;
+    EXPECT_GE(closest, largest.width * 0.97) << width << " x " << height;
+  }
+}
+
+TEST(LargestPanAndZoom, OfNoPictureIsTheScreen) {
+  EXPECT_EQ(largestPanAndZoom(0, 0, kFullHd), kFullHd);
+  EXPECT_EQ(largestPanAndZoom(100, 0, kFullHd), kFullHd);
+}
+
 TEST(BlackBorders, AreAlwaysAllowedWhenTheUserSaysSo) {
   EXPECT_TRUE(allowBlackBordersWidth(9000, 1000, kFullHd, {true, 0}));
 }

@@ -20,6 +20,7 @@ struct FakePicture {
   ImageSourceStatus status = ImageSourceStatus::Complete;
   bool decodes = true;
   PropertyDictionary properties;
+  SizePx pixels{4, 3};  // as it is decoded, small for most tests
 };
 
 [[nodiscard]] inline FakePicture pictureOf(std::int32_t width, std::int32_t height) {
@@ -52,7 +53,7 @@ class FakeImageDecoder final : public ImageDecoder {
     [[nodiscard]] BitmapRef thumbnail(int maxPixelSize) override {
       decoder.longestSide = maxPixelSize;
       ++decoder.decodes[path];
-      return picture.decodes ? makeBlankBitmap({4, 3}) : nullptr;
+      return picture.decodes ? makeBlankBitmap(picture.pixels) : nullptr;
     }
     FakeImageDecoder& decoder;
     std::string path;
