@@ -83,7 +83,7 @@ TEST_F(LevelsAheadTest, ofAPan) {
               s.kenBurnsIsOn_ = true;
               s.crossDissolve_ = true;
             }),
-            static_cast<int>(kPictures / 5));
+            static_cast<int>(kPictures / 8));
 }
 
 }  // namespace
