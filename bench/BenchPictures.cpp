@@ -18,7 +18,7 @@ using vips::VImage;
 
 // How strong the finest detail is. With the quality below a JPEG of 24 megapixels takes about 7 MB, as cameras make them.
 constexpr double kFineDetail = 7;
-constexpr int kQuality = 85;
+constexpr int kQuality = 88;
 // Detail of twice the size is so much stronger: photographs have most of their contrast in large shapes.
 constexpr double kGrowth = 1.4;
 
@@ -66,8 +66,9 @@ VImage madePicture(SizePx size) {
       .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB));
 }
 
-// Large pictures take a while to make: other formats are made from the first one.
+// Pictures take a while to make: other formats are made from the first one. The largest are needed as JPEG only.
 VImage keptPicture(SizePx size) {
+  if (size.width > k24Megapixels.width) return madePicture(size);
   const std::string path = pngPicture(size);
   return VImage::new_from_file(path.c_str());
 }

@@ -99,6 +99,39 @@ bool decodeJpegAlone(FileBytes file, PixelPool& pool) {
   return true;
 }
 
+bool decodeJpegPlanesAlone(FileBytes file, PixelPool& pool) {
+  constexpr std::size_t kRows = 16;  // of light; half as many of each colour
+  jpeg_error_mgr errors{};
+  jpeg_decompress_struct decompress{};
+  decompress.err = jpeg_std_error(&errors);
+  jpeg_create_decompress(&decompress);
+  jpeg_mem_src(&decompress, firstOf(file), file.size());
+  jpeg_read_header(&decompress, TRUE);
+  decompress.raw_data_out = TRUE;
+  decompress.out_color_space = decompress.jpeg_color_space;
+  jpeg_start_decompress(&decompress);
+  // Whole blocks of 16 pixels, as the library writes them.
+  const std::size_t width = (decompress.output_width + 15) / 16 * 16;
+  const std::size_t height = (decompress.output_height + kRows - 1) / kRows * kRows;
+  PixelBuffer pixels = pool.take(width * height * 3 / 2);
+  auto* light = reinterpret_cast<std::uint8_t*>(pixels.bytes().data());
+  std::uint8_t* const colours[] = {light + width * height, light + width * height * 5 / 4};
+  std::array<std::array<JSAMPROW, kRows>, 3> rows{};
+  std::array<JSAMPARRAY, 3> planes = {rows[0].data(), rows[1].data(), rows[2].data()};
+  while (decompress.output_scanline < decompress.output_height) {
+    const std::size_t y = decompress.output_scanline;
+    for (std::size_t i = 0; i < kRows; ++i) rows[0][i] = light + (y + i) * width;
+    for (std::size_t i = 0; i < kRows / 2; ++i) {
+      rows[1][i] = colours[0] + (y / 2 + i) * (width / 2);
+      rows[2][i] = colours[1] + (y / 2 + i) * (width / 2);
+    }
+    if (jpeg_read_raw_data(&decompress, planes.data(), kRows) == 0) return false;
+  }
+  jpeg_finish_decompress(&decompress);
+  jpeg_destroy_decompress(&decompress);
+  return true;
+}
+
 bool decodePngAlone(FileBytes file, PixelPool& pool) {
   png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
   png_infop info = png_create_info_struct(png);

@@ -3,7 +3,7 @@
 //
 // Threads: one at a time.
 // Owns:    nothing; the pool keeps the memory of the last pictures.
-// Units:   RGBA, 8 bits a channel, as our own pictures.
+// Units:   RGBA, 8 bits a channel, but where it says otherwise.
 // Errors:  false when the library does not like the picture.
 #pragma once
 
@@ -19,6 +19,8 @@ using FileBytes = std::span<const std::byte>;
 using CodecFloor = std::function<bool(FileBytes file, PixelPool& pool)>;
 
 [[nodiscard]] bool decodeJpegAlone(FileBytes file, PixelPool& pool);
+// Light and colours apart, as the file has them: 1.5 bytes a pixel.
+[[nodiscard]] bool decodeJpegPlanesAlone(FileBytes file, PixelPool& pool);
 [[nodiscard]] bool decodePngAlone(FileBytes file, PixelPool& pool);
 [[nodiscard]] bool decodeTiffAlone(FileBytes file, PixelPool& pool);
 [[nodiscard]] bool decodeWebpAlone(FileBytes file, PixelPool& pool);

@@ -75,10 +75,10 @@ void addOurs(const Work& work) {
   });
 }
 
-void addFloor(const Work& work, const CodecFloor& floor) {
+void addFloor(const Work& work, const CodecFloor& floor, const std::string& who = "floor") {
   const auto pool = std::make_shared<PixelPool>();
   const auto file = std::make_shared<std::vector<std::byte>>();
-  add(work, "floor", [=, path = work.path] {
+  add(work, who, [=, path = work.path] {
     if (file->empty()) *file = contentOf(path);
     return floor(*file, *pool);
   });
@@ -149,6 +149,7 @@ void addJpegWorks() {
   const Work plain{"jpeg-24mp", jpegPicture(k24Megapixels, JpegKind::Plain)};
   addOurs(plain);
   addFloor(plain, &decodeJpegAlone);
+  addFloor(plain, &decodeJpegPlanesAlone, "floor-planar");
   addImlib(plain);
   addQt(plain, {});
   addVips(plain);

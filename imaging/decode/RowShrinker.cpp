@@ -1,12 +1,9 @@
 #include "imaging/decode/RowShrinker.h"
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <numbers>
 #include <type_traits>
 #include <utility>
@@ -16,7 +13,6 @@ namespace lumivane {
 namespace {
 
 constexpr int kChannels = 4;
-constexpr int kWeightBits = 14;
 constexpr double kLobes = 3;
 
 double lanczos(double x) {
@@ -32,98 +28,17 @@ Number roundedUp(Number value, std::type_identity_t<Number> step) {
 }
 
 // Weights as integers whose sum is exact, so that an even area keeps its value.
-std::vector<std::int16_t> asIntegers(const std::vector<double>& weights) {
+void writeIntegers(const std::vector<double>& weights, std::int16_t* integers) {
   double sum = 0;
   for (const double weight : weights) sum += weight;
-  std::vector<std::int16_t> integers(roundedUp(weights.size(), 2), 0);
   int rest = 1 << kWeightBits;
   for (std::size_t i = 0; i < weights.size(); ++i) {
     integers[i] = static_cast<std::int16_t>(std::lround(weights[i] / sum * (1 << kWeightBits)));
     rest -= integers[i];
   }
-  const auto largest = std::max_element(integers.begin(), integers.end());
+  auto* const largest = std::max_element(integers, integers + weights.size());
   *largest = static_cast<std::int16_t>(*largest + rest);
-  return integers;
 }
-
-#if defined(__SSE2__)
-
-inline __m128i weightPair(const std::int16_t* weights) {
-  std::int32_t both = 0;
-  std::memcpy(&both, weights, sizeof both);
-  return _mm_set1_epi32(both);
-}
-
-inline __m128i rounded(__m128i sum) {
-  return _mm_srai_epi32(_mm_add_epi32(sum, _mm_set1_epi32(1 << (kWeightBits - 1))), kWeightBits);
-}
-
-// One pixel of the result: two source pixels at a time, channel pairs side by side for the multiply-add.
-inline void filterPixel(const std::uint8_t* in, const std::vector<std::int16_t>& weights, std::uint8_t* out) {
-  const __m128i zero = _mm_setzero_si128();
-  __m128i sum = zero;
-  for (std::size_t i = 0; i < weights.size(); i += 2) {
-    const __m128i two = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(in + i * kChannels));
-    const __m128i pairs = _mm_unpacklo_epi8(_mm_unpacklo_epi8(two, _mm_srli_si128(two, 4)), zero);
-    sum = _mm_add_epi32(sum, _mm_madd_epi16(pairs, weightPair(&weights[i])));
-  }
-  const __m128i words = _mm_packs_epi32(rounded(sum), zero);
-  const int pixel = _mm_cvtsi128_si32(_mm_packus_epi16(words, zero));
-  std::memcpy(out, &pixel, sizeof pixel);
-}
-
-// Sixteen bytes of two rows, weighted and added to the four sums.
-inline void addRowPair(const std::uint8_t* a, const std::uint8_t* b, __m128i weights, __m128i (&sums)[4]) {
-  const __m128i zero = _mm_setzero_si128();
-  const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(a));
-  const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b));
-  const __m128i low = _mm_unpacklo_epi8(first, second);
-  const __m128i high = _mm_unpackhi_epi8(first, second);
-  sums[0] = _mm_add_epi32(sums[0], _mm_madd_epi16(_mm_unpacklo_epi8(low, zero), weights));
-  sums[1] = _mm_add_epi32(sums[1], _mm_madd_epi16(_mm_unpackhi_epi8(low, zero), weights));
-  sums[2] = _mm_add_epi32(sums[2], _mm_madd_epi16(_mm_unpacklo_epi8(high, zero), weights));
-  sums[3] = _mm_add_epi32(sums[3], _mm_madd_epi16(_mm_unpackhi_epi8(high, zero), weights));
-}
-
-void filterRows(const std::vector<const std::uint8_t*>& rows, const std::vector<std::int16_t>& weights,
-                std::size_t bytes, std::uint8_t* out) {
-  for (std::size_t x = 0; x < bytes; x += 16) {
-    __m128i sums[4] = {};
-    for (std::size_t i = 0; i < weights.size(); i += 2) {
-      addRowPair(rows[i] + x, rows[i + 1] + x, weightPair(&weights[i]), sums);
-    }
-    const __m128i low = _mm_packs_epi32(rounded(sums[0]), rounded(sums[1]));
-    const __m128i high = _mm_packs_epi32(rounded(sums[2]), rounded(sums[3]));
-    alignas(16) std::uint8_t result[16];
-    _mm_store_si128(reinterpret_cast<__m128i*>(result), _mm_packus_epi16(low, high));
-    std::memcpy(out + x, result, std::min<std::size_t>(16, bytes - x));
-  }
-}
-
-#else
-
-inline std::uint8_t roundedByte(int sum) {
-  return static_cast<std::uint8_t>(std::clamp((sum + (1 << (kWeightBits - 1))) >> kWeightBits, 0, 255));
-}
-
-inline void filterPixel(const std::uint8_t* in, const std::vector<std::int16_t>& weights, std::uint8_t* out) {
-  for (int c = 0; c < kChannels; ++c) {
-    int sum = 0;
-    for (std::size_t i = 0; i < weights.size(); ++i) sum += weights[i] * in[i * kChannels + c];
-    out[c] = roundedByte(sum);
-  }
-}
-
-void filterRows(const std::vector<const std::uint8_t*>& rows, const std::vector<std::int16_t>& weights,
-                std::size_t bytes, std::uint8_t* out) {
-  for (std::size_t x = 0; x < bytes; ++x) {
-    int sum = 0;
-    for (std::size_t i = 0; i < weights.size(); ++i) sum += weights[i] * rows[i][x];
-    out[x] = roundedByte(sum);
-  }
-}
-
-#endif
 
 // The filter's negative lobes can leave a colour above its alpha, which no renderer expects.
 void keepColourBelowAlpha(std::uint8_t* row, int pixels) {
@@ -133,20 +48,25 @@ void keepColourBelowAlpha(std::uint8_t* row, int pixels) {
   }
 }
 
-}  // namespace
-
-std::vector<RowShrinker::Taps> RowShrinker::lanczosTaps(int from, int to, double ratio) {
-  std::vector<Taps> all(static_cast<std::size_t>(to));
+// `ratio` is how many of the `from` pixels make one of the `to` pixels; the last of them may be cut off.
+FilterTaps lanczosTaps(int from, int to, double ratio, std::size_t tapsStep) {
+  FilterTaps all;
+  all.taps = roundedUp(static_cast<std::size_t>(2 * kLobes * ratio) + 1, tapsStep);
+  all.weights.resize(all.taps * static_cast<std::size_t>(to), 0);
   for (int i = 0; i < to; ++i) {
     const double center = (i + 0.5) * ratio - 0.5;
     const int first = std::max(0, static_cast<int>(std::ceil(center - kLobes * ratio)));
-    const int last = std::min(from - 1, static_cast<int>(std::floor(center + kLobes * ratio)));
+    const int last = std::min({from - 1, first + static_cast<int>(all.taps) - 1,
+                               static_cast<int>(std::floor(center + kLobes * ratio))});
     std::vector<double> weights;
     for (int k = first; k <= last; ++k) weights.push_back(lanczos((k - center) / ratio));
-    all[static_cast<std::size_t>(i)] = {first, asIntegers(weights)};
+    all.first.push_back(first);
+    writeIntegers(weights, &all.weights[static_cast<std::size_t>(i) * all.taps]);
   }
   return all;
 }
+
+}  // namespace
 
 RowShrinker::RowShrinker(SizePx from, SizePx to, Destination destination)
     : from_(from),
@@ -155,28 +75,42 @@ RowShrinker::RowShrinker(SizePx from, SizePx to, Destination destination)
              roundedUp(from.height, box_.height) / box_.height},
       to_(to),
       destination_(std::move(destination)),
-      columns_(lanczosTaps(boxed_.width, to.width, static_cast<double>(from.width) / box_.width / to.width)),
-      rows_(
-          lanczosTaps(boxed_.height, to.height, static_cast<double>(from.height) / box_.height / to.height)),
+      filters_(fastestRowFilters()),
+      columns_(lanczosTaps(boxed_.width, to.width, static_cast<double>(from.width) / box_.width / to.width,
+                           filters_.tapsStep)),
+      rows_(lanczosTaps(boxed_.height, to.height, static_cast<double>(from.height) / box_.height / to.height,
+                        std::min<std::size_t>(filters_.tapsStep, 2))),
       rowBytes_(roundedUp(static_cast<std::size_t>(to.width) * kChannels, 16)) {
+  const auto taps = static_cast<int>(columns_.taps);
+  const auto isInside = [&](std::int32_t first) { return first + taps <= boxed_.width; };
+  const auto outside = std::partition_point(columns_.first.begin(), columns_.first.end(), isInside);
+  columnsInside_ = static_cast<std::size_t>(outside - columns_.first.begin());
+  if (outside != columns_.first.end()) {
+    edgeFirst_ = *outside;
+    edge_.resize(static_cast<std::size_t>(columns_.first.back() + taps - edgeFirst_) * kChannels, 0);
+    edgeColumns_.taps = columns_.taps;
+    const auto skipped = static_cast<std::ptrdiff_t>(columnsInside_ * columns_.taps);
+    edgeColumns_.weights.assign(columns_.weights.begin() + skipped, columns_.weights.end());
+    std::transform(outside, columns_.first.end(), std::back_inserter(edgeColumns_.first),
+                   [this](std::int32_t first) { return first - edgeFirst_; });
+  }
   sums_.resize(static_cast<std::size_t>(boxed_.width) * kChannels, 0);
-  boxedRow_.resize(static_cast<std::size_t>(boxed_.width) * kChannels + 16, 0);
-  std::size_t longest = 2;
-  for (const Taps& taps : rows_) longest = std::max(longest, taps.weights.size());
-  ringRows_ = static_cast<int>(longest);
-  ring_.resize(rowBytes_ * longest, 0);
+  boxedRow_.resize(static_cast<std::size_t>(boxed_.width) * kChannels, 0);
+  ring_.resize(rowBytes_ * rows_.taps, 0);
+  rowPointers_.resize(rows_.taps);
 }
 
 void RowShrinker::add(const std::uint8_t* row) {
   if (boxedRowsSeen_ == boxed_.height) return;
   if (box_ == SizePx{1, 1}) {
-    std::memcpy(boxedRow_.data(), row, static_cast<std::size_t>(boxed_.width) * kChannels);
-    addBoxed(boxedRow_.data());
+    addBoxed(row);
     return;
   }
-  for (int x = 0; x < from_.width; ++x, row += kChannels) {
-    std::uint32_t* sum = &sums_[static_cast<std::size_t>(x / box_.width) * kChannels];
-    for (int k = 0; k < kChannels; ++k) sum[k] += row[k];
+  std::uint32_t* sum = sums_.data();
+  for (int x = 0; x < from_.width; sum += kChannels) {
+    for (const int end = std::min(x + box_.width, from_.width); x < end; ++x, row += kChannels) {
+      for (int k = 0; k < kChannels; ++k) sum[k] += row[k];
+    }
   }
   ++rowsSeen_;
   ++rowsInBlock_;
@@ -199,41 +133,39 @@ void RowShrinker::finishBlock() {
 }
 
 void RowShrinker::addBoxed(const std::uint8_t* row) {
-  const auto slot = static_cast<std::size_t>(boxedRowsSeen_ % ringRows_);
+  const std::size_t slot = static_cast<std::size_t>(boxedRowsSeen_) % rows_.taps;
   shrinkAcross(row, ring_.data() + slot * rowBytes_);
   ++boxedRowsSeen_;
   emitReadyRows();
 }
 
-void RowShrinker::shrinkAcross(const std::uint8_t* row, std::uint8_t* out) const {
+void RowShrinker::shrinkAcross(const std::uint8_t* row, std::uint8_t* out) {
   if (boxed_.width == to_.width) {
     std::memcpy(out, row, static_cast<std::size_t>(to_.width) * kChannels);
     return;
   }
-  for (const Taps& taps : columns_) {
-    filterPixel(row + static_cast<std::size_t>(taps.first) * kChannels, taps.weights, out);
-    out += kChannels;
-  }
+  filters_.across(row, columns_, 0, columnsInside_, out);
+  if (edge_.empty()) return;
+  // The filters read all taps of a pixel, also those beyond the row's end, which count for nothing.
+  const auto left = static_cast<std::size_t>(boxed_.width - edgeFirst_) * kChannels;
+  std::memcpy(edge_.data(), row + static_cast<std::size_t>(edgeFirst_) * kChannels, left);
+  filters_.across(edge_.data(), edgeColumns_, 0, edgeColumns_.first.size(), out + columnsInside_ * kChannels);
 }
 
 void RowShrinker::emitReadyRows() {
   for (; nextRow_ < to_.height; ++nextRow_) {
-    const Taps& taps = rows_[static_cast<std::size_t>(nextRow_)];
-    // The last weight may be padding, for which no row needs to be there.
-    const int needed = std::min(taps.first + static_cast<int>(taps.weights.size()), boxed_.height);
+    const int first = rows_.first[static_cast<std::size_t>(nextRow_)];
+    // The last weights may be padding, for which no rows need to be there.
+    const int needed = std::min(first + static_cast<int>(rows_.taps), boxed_.height);
     if (needed > boxedRowsSeen_) return;
-    emit(taps, destination_(nextRow_));
+    for (std::size_t i = 0; i < rows_.taps; ++i) {
+      rowPointers_[i] = ring_.data() + (static_cast<std::size_t>(first) + i) % rows_.taps * rowBytes_;
+    }
+    std::uint8_t* out = destination_(nextRow_);
+    filters_.down(rowPointers_.data(), rows_.weightsOf(static_cast<std::size_t>(nextRow_)), rows_.taps,
+                  static_cast<std::size_t>(to_.width) * kChannels, out);
+    keepColourBelowAlpha(out, to_.width);
   }
-}
-
-void RowShrinker::emit(const Taps& taps, std::uint8_t* out) const {
-  std::vector<const std::uint8_t*> rows;
-  for (std::size_t i = 0; i < taps.weights.size(); ++i) {
-    const auto slot = static_cast<std::size_t>(taps.first) + i;
-    rows.push_back(ring_.data() + slot % static_cast<std::size_t>(ringRows_) * rowBytes_);
-  }
-  filterRows(rows, taps.weights, static_cast<std::size_t>(to_.width) * kChannels, out);
-  keepColourBelowAlpha(out, to_.width);
 }
 
 }  // namespace lumivane

@@ -13,6 +13,7 @@
 #include <functional>
 #include <vector>
 
+#include "imaging/decode/RowFilters.h"
 #include "platform/Geometry.h"
 
 namespace lumivane {
@@ -29,19 +30,10 @@ class RowShrinker {
   void add(const std::uint8_t* row);
 
  private:
-  // The weights of one pixel of the result along one axis: those from `first` on count, padded to an even number.
-  struct Taps {
-    int first = 0;
-    std::vector<std::int16_t> weights;  // sum is 1 << 14
-  };
-  // `ratio` is how many of the `from` pixels make one of the `to` pixels; the last of them may be cut off.
-  static std::vector<Taps> lanczosTaps(int from, int to, double ratio);
-
   void finishBlock();
   void addBoxed(const std::uint8_t* row);
   void emitReadyRows();
-  void shrinkAcross(const std::uint8_t* row, std::uint8_t* out) const;
-  void emit(const Taps& taps, std::uint8_t* out) const;
+  void shrinkAcross(const std::uint8_t* row, std::uint8_t* out);
 
   // Constant after construction
   SizePx from_;
@@ -49,17 +41,22 @@ class RowShrinker {
   SizePx boxed_;  // size after the box mean
   SizePx to_;
   Destination destination_;
-  std::vector<Taps> columns_;
-  std::vector<Taps> rows_;
-  std::size_t rowBytes_;  // of a held row, a multiple of 16
+  RowFilters filters_;
+  FilterTaps columns_;
+  FilterTaps rows_;
+  std::size_t columnsInside_ = 0;  // those before have all their taps in the row
+  FilterTaps edgeColumns_;         // the others, counted from edgeFirst_
+  std::int32_t edgeFirst_ = 0;     // the first pixel that they read
+  std::size_t rowBytes_;           // of a held row, a multiple of 16
 
   // While rows come in
   std::vector<std::uint32_t> sums_;  // of the block of rows being averaged
   int rowsInBlock_ = 0;
   int rowsSeen_ = 0;
-  std::vector<std::uint8_t> boxedRow_;  // padded: filters read two pixels at a time
-  std::vector<std::uint8_t> ring_;      // the last rows, shrunk across
-  int ringRows_ = 0;
+  std::vector<std::uint8_t> boxedRow_;
+  std::vector<std::uint8_t> edge_;  // the row's end, and what a filter may read beyond it
+  std::vector<std::uint8_t> ring_;  // the last rows, shrunk across
+  std::vector<const std::uint8_t*> rowPointers_;
   int boxedRowsSeen_ = 0;
   int nextRow_ = 0;
 };

@@ -183,12 +183,13 @@ class VipsCodec final : public PictureCodec {
     bool opaque = true;
     for (int i = 0; i < count; ++i, out += writer.strideBytes()) {
       const VipsPel* in = VIPS_REGION_ADDR(region.get_region(), 0, top + i);
-      spreadAlpha(image, in, out, pixels);
-      if (transform != nullptr)
+      if (transform != nullptr) {
+        spreadAlpha(image, in, out, pixels);
         transform->apply(in, out, pixels);
-      else
-        spreadColours(image.bands(), in, out, pixels);
-      opaque &= premultiplyRow(out, pixels);
+      } else {
+        spreadToRgba(image.bands(), in, out, pixels);
+      }
+      if (image.has_alpha()) opaque &= premultiplyRow(out, pixels);
     }
     writer.commit(count);
     return opaque;
@@ -204,17 +205,6 @@ class VipsCodec final : public PictureCodec {
     // Of 16 bits the upper 8, which come second.
     const VipsPel* alpha = in + bands * channelBytes - 1;
     for (std::size_t x = 0; x < pixels; ++x) out[4 * x + 3] = alpha[x * bands * channelBytes];
-  }
-
-  static void spreadColours(int bands, const VipsPel* in, std::uint8_t* out, std::size_t pixels) {
-    const auto step = static_cast<std::size_t>(bands);
-    const std::size_t green = bands >= 3 ? 1 : 0;
-    const std::size_t blue = bands >= 3 ? 2 : 0;
-    for (std::size_t x = 0; x < pixels; ++x, in += step, out += 4) {
-      out[0] = in[0];
-      out[1] = in[green];
-      out[2] = in[blue];
-    }
   }
 
   VipsInput input_;
