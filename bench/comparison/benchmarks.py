@@ -91,10 +91,9 @@ _IN_MS = {"ns": 1e-6, "us": 1e-3, "ms": 1, "s": 1e3}
 
 def _rows(samples):
     found = []
-    for work, who in samples.items():
-        for peer in who:
-            if peer != "ours":
-                found.append(_row(samples, work, peer))
+    for work, who in sorted(samples.items(), key=lambda item: _place(TARGETS, item[0])):
+        for peer in sorted(who.keys() - {"ours"}, key=lambda peer: _place(TARGETS.get(work, {}), peer)):
+            found.append(_row(samples, work, peer))
         if (work, "ours") in samples.mean_errors:
             found.append(_error_row(samples, work))
         for (ours, other), most in OWN_TARGETS.items():
@@ -102,6 +101,11 @@ def _rows(samples):
                 found.append(table.Row(work, "ms", who.get("ours", []), f"{other}/ours", samples[other].get("ours", []),
                                        most_ratio=most, note=NOTE))
     return found
+
+
+def _place(order, name):
+    """What sorts names by the order of a dictionary, those that aren't in it by the alphabet behind them."""
+    return (list(order).index(name) if name in order else len(order), name)
 
 
 def _row(samples, work, peer):
