@@ -6,6 +6,8 @@
 #include <QTransform>
 #include <algorithm>
 
+#include "compositor/model/BitmapRows.h"
+
 namespace lumivane {
 namespace {
 
@@ -34,9 +36,10 @@ QTransform transformOf(OrientationCode orientation) {
 QImage shrunk(const Bitmap& picture, int longestSide) {
   const std::size_t level = levelFor(picture, longestSide);
   const BitmapLevel& place = picture.levels()[level];
-  const auto* pixels = reinterpret_cast<const uchar*>(picture.levelBytes(level).data());
-  const QImage view(pixels, place.size.width, place.size.height, static_cast<qsizetype>(place.strideBytes),
-                    QImage::Format_RGBA8888_Premultiplied);
+  BitmapRows rows(picture);
+  const RgbaRows pixels = rows.read(level, 0, place.size.height);
+  const QImage view(reinterpret_cast<const uchar*>(pixels.first), place.size.width, place.size.height,
+                    static_cast<qsizetype>(pixels.strideBytes), QImage::Format_RGBA8888_Premultiplied);
   const double scale = std::min(1.0, static_cast<double>(longestSide) / longerSide(picture.storedSize()));
   const auto side = [&](int stored) { return std::max(1, static_cast<int>(stored * scale + 0.5)); };
   return view.scaled(side(picture.storedSize().width), side(picture.storedSize().height),

@@ -11,10 +11,6 @@ namespace {
 
 constexpr std::size_t kBytesPerPixel = 4;
 
-SizePx halved(SizePx size) {
-  return {std::max(1, size.width / 2), std::max(1, size.height / 2)};
-}
-
 // Whether the level lies inside a buffer of so many bytes; the last row needs no padding. Written so that no
 // sum or product can wrap around.
 [[maybe_unused]] bool fits(const BitmapLevel& level, std::size_t bufferBytes) {
@@ -70,8 +66,19 @@ Bitmap::Bitmap(PixelBuffer pixels, std::vector<BitmapLevel> levels, OrientationC
   assert(isChain(levels_, std::as_const(pixels_).bytes().size()));
 }
 
+Bitmap::Bitmap(PixelBuffer pixels, PlanarLayout layout, OrientationCode orientation)
+    : pixels_(std::move(pixels)),
+      levels_(layout.levels),
+      planes_(std::move(layout)),
+      orientation_(orientation),
+      opaque_(true) {
+  assert(orientation_ >= 1 && orientation_ <= 8);
+  assert(planes_->bytes <= std::as_const(pixels_).bytes().size());
+}
+
 std::span<const std::byte> Bitmap::levelBytes(std::size_t level) const {
   const BitmapLevel& place = levels_.at(level);
+  assert(isStored(level));
   const std::size_t length = static_cast<std::size_t>(place.size.height - 1) * place.strideBytes +
                              static_cast<std::size_t>(place.size.width) * kBytesPerPixel;
   return pixels_.bytes().subspan(place.offsetBytes, length);

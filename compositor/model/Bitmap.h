@@ -3,16 +3,19 @@
 // Threads: immutable once made; read from any thread.
 // Owns:    its pixels; what they came from (a pool, shared memory) gets them back when the last owner goes.
 // Units:   pixels. 8 bits a channel, red green blue alpha, alpha premultiplied, rows from the top, no padding
-//          between levels assumed; colours are sRGB.
+//          between levels assumed; colours are sRGB. A photograph may lie in planes instead: BitmapRows.h gives the rows
+//          of either.
 // Errors:  none; a maker checks sizes before it makes one.
 #pragma once
 
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
+#include "compositor/model/PlanarLayout.h"
 #include "platform/Geometry.h"
 
 namespace lumivane {
@@ -42,13 +45,6 @@ class PixelBuffer {
   Release release_;
 };
 
-// One mip level: where in the buffer it starts, its size, the distance between its rows.
-struct BitmapLevel {
-  std::size_t offsetBytes = 0;
-  SizePx size;
-  std::size_t strideBytes = 0;
-};
-
 // How stored pixels are turned to be seen, by the codes 1 to 8 of Exif (1 = as stored, 6 = a quarter turn
 // clockwise, ...). The turn is made in texture coordinates, never by moving pixels.
 using OrientationCode = int;
@@ -59,8 +55,15 @@ class Bitmap {
   // buffer; orientation 1..8. `opaque` promises that every alpha is 255.
   Bitmap(PixelBuffer pixels, std::vector<BitmapLevel> levels, OrientationCode orientation, bool opaque);
 
+  // Requires: the layout fits into the buffer; orientation 1..8. Such a picture is opaque.
+  Bitmap(PixelBuffer pixels, PlanarLayout layout, OrientationCode orientation);
+
   [[nodiscard]] std::span<const BitmapLevel> levels() const { return levels_; }
+  // Requires: the level is stored, as all are but the first ones of a picture in planes.
   [[nodiscard]] std::span<const std::byte> levelBytes(std::size_t level) const;
+  [[nodiscard]] bool isStored(std::size_t level) const { return levels_[level].strideBytes != 0; }
+  [[nodiscard]] const std::optional<PlanarLayout>& planes() const { return planes_; }
+  [[nodiscard]] std::span<const std::byte> bytes() const { return pixels_.bytes(); }
   [[nodiscard]] OrientationCode orientation() const { return orientation_; }
   [[nodiscard]] bool opaque() const { return opaque_; }
   [[nodiscard]] SizePx storedSize() const { return levels_.front().size; }
@@ -70,6 +73,7 @@ class Bitmap {
  private:
   PixelBuffer pixels_;
   std::vector<BitmapLevel> levels_;
+  std::optional<PlanarLayout> planes_;
   OrientationCode orientation_;
   bool opaque_;
 };

@@ -46,6 +46,7 @@ TextureStorage TextureUpload::storageFor(const Bitmap& bitmap, std::size_t mostD
 
 TextureUpload::TextureUpload(BitmapRef bitmap, std::size_t mostDetailed, GlName recycled)
     : bitmap_(std::move(bitmap)),
+      rows_(std::in_place, *bitmap_),
       mostDetailed_(mostDetailed),
       levelCount_(bitmap_->levels().size()),
       storage_(storageFor(*bitmap_, mostDetailed)),
@@ -68,16 +69,15 @@ std::size_t TextureUpload::sendRows(std::size_t most) {
   const std::size_t rowBytes = static_cast<std::size_t>(place.size.width) * kBytesPerPixel;
   const int rows = std::clamp(static_cast<int>(most / rowBytes), 1, place.size.height - row_);
   const int target = static_cast<int>(level - mostDetailed_);
-  const std::byte* pixels =
-      bitmap_->levelBytes(level).data() + static_cast<std::size_t>(row_) * place.strideBytes;
-  if (place.strideBytes % kBytesPerPixel == 0) {
-    glPixelStorei(GL_UNPACK_ROW_LENGTH, static_cast<GLint>(place.strideBytes / kBytesPerPixel));
-    sendRow(target, row_, rows, place.size.width, pixels);
+  const RgbaRows pixels = rows_->read(level, row_, rows);
+  if (pixels.strideBytes % kBytesPerPixel == 0) {
+    glPixelStorei(GL_UNPACK_ROW_LENGTH, static_cast<GLint>(pixels.strideBytes / kBytesPerPixel));
+    sendRow(target, row_, rows, place.size.width, pixels.first);
   } else {
     glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
     for (int i = 0; i < rows; ++i) {
       sendRow(target, row_ + i, 1, place.size.width,
-              pixels + static_cast<std::size_t>(i) * place.strideBytes);
+              pixels.first + static_cast<std::size_t>(i) * pixels.strideBytes);
     }
   }
   row_ += rows;
@@ -90,7 +90,9 @@ void TextureUpload::levelComplete() {
   --finest_;
   // Only complete levels are sampled, so that a picture shown early looks soft and never wrong.
   glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_BASE_LEVEL, static_cast<GLint>(finest_ - mostDetailed_));
-  if (finest_ == mostDetailed_) bitmap_.reset();
+  if (finest_ != mostDetailed_) return;
+  rows_.reset();
+  bitmap_.reset();
 }
 
 }  // namespace lumivane

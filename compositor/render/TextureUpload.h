@@ -7,9 +7,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "compositor/model/Bitmap.h"
+#include "compositor/model/BitmapRows.h"
 #include "compositor/render/GlName.h"
 
 namespace lumivane {
@@ -53,7 +55,8 @@ class TextureUpload {
   std::size_t sendRows(std::size_t most);
   void levelComplete();
 
-  BitmapRef bitmap_;  // nullptr once done
+  BitmapRef bitmap_;  // nullptr once done, as is the next
+  std::optional<BitmapRows> rows_;
   std::size_t mostDetailed_;
   std::size_t levelCount_;
   TextureStorage storage_;

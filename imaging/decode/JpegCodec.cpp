@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "compositor/model/PlanarRows.h"
 #include "imaging/decode/JpegReader.h"
+#include "imaging/decode/MipChain.h"
 #include "imaging/decode/PictureWriter.h"
 #include "imaging/decode/SrgbTransform.h"
 
@@ -30,6 +32,9 @@ class JpegCodec final : public PictureCodec {
     JpegReader reader(file_);
     if (!reader.readHeader() || reader.size() != header_.size) return nullptr;
     const auto transform = SrgbTransform::make(reader.colourProfile(), layoutOf(reader));
+    const bool kept = transform == nullptr && fittingSize(header_.size, maxPixelSize) == header_.size;
+    if (kept && reader.planes() && std::min(header_.size.width, header_.size.height) >= kSmallestPlanarSide)
+      return decodePlanes(reader, pool, orientation);
     if (!reader.start(scaleDenominator(header_.size, maxPixelSize))) return nullptr;
     auto writer = PictureWriter::make(pool, reader.outputSize(), fittingSize(header_.size, maxPixelSize));
     if (!writer) return nullptr;
@@ -43,6 +48,27 @@ class JpegCodec final : public PictureCodec {
   // Grey comes expanded, three times the same value: the first one is what its profile speaks of.
   static PixelLayout layoutOf(const JpegReader& reader) {
     return reader.components() == 1 ? PixelLayout{1, 3, 1} : PixelLayout{3, 1, 1};
+  }
+
+  // A picture in the usual colours that needs no shrinking stays in the form that it is stored in. Its small levels are
+  // made on the way, while the rows that they come from are at hand.
+  BitmapRef decodePlanes(JpegReader& reader, PixelSource& pool, OrientationCode orientation) const {
+    PlanarLayout layout = packedPlanes(header_.size, *reader.planes());
+    PixelBuffer pixels = pool.take(layout.bytes);
+    if (pixels.bytes().empty() || !reader.startPlanes()) return nullptr;
+    PlanarRows rows(layout, pixels.bytes());
+    const BitmapLevel& stored = layout.levels[kFirstStoredLevel];
+    for (int made = 0; reader.rowsRead() < header_.size.height;) {
+      if (!reader.readPlaneRows(layout, pixels.bytes())) return nullptr;
+      for (; made < std::min(reader.rowsRead() >> kFirstStoredLevel, stored.size.height); ++made) {
+        rows.make(
+            kFirstStoredLevel, made,
+            pixels.bytes().data() + stored.offsetBytes + static_cast<std::size_t>(made) * stored.strideBytes);
+      }
+    }
+    if (reader.damaged()) return nullptr;
+    buildMipChain(pixels.bytes(), std::span(layout.levels).subspan(kFirstStoredLevel));
+    return std::make_shared<const Bitmap>(std::move(pixels), std::move(layout), orientation);
   }
 
   static bool readSome(JpegReader& reader, const SrgbTransform* transform, PictureWriter& writer) {

@@ -26,6 +26,7 @@ constexpr long kCoefficientBytes = 1536L << 20;
 constexpr int kMostScans = 100;
 constexpr long long kMostPixelsOfAllScans = 4'000'000'000;
 constexpr int kRowsAtOnce = 16;
+constexpr std::size_t kMostPlaneRowsAtOnce = std::size_t{MAX_SAMP_FACTOR} * DCTSIZE;
 
 bool tellsDamage(int message) {
   switch (message) {
@@ -61,6 +62,7 @@ struct JpegReader::State {
   } input;
 
   jpeg_progress_mgr progress = {};
+  std::vector<JSAMPLE> beyond;  // a row below the picture
 
   // Runs one step of the library; false when it gave up. A step holds nothing that would need a destructor,
   // because the library leaves it by a long jump.
@@ -180,6 +182,59 @@ std::vector<std::byte> JpegReader::colourProfile() const {
 
 bool JpegReader::cameToTheEnd() const {
   return state_->input.atEnd;
+}
+
+std::optional<Chroma> JpegReader::planes() const {
+  const jpeg_decompress_struct& d = state_->decompress;
+  if (d.jpeg_color_space == JCS_GRAYSCALE && d.num_components == 1) return Chroma::None;
+  if (d.jpeg_color_space != JCS_YCbCr || d.num_components != 3) return std::nullopt;
+  const std::span components(d.comp_info, 3);
+  for (const jpeg_component_info& colour : components.subspan(1)) {
+    if (colour.h_samp_factor != 1 || colour.v_samp_factor != 1) return std::nullopt;
+  }
+  const int columns = components[0].h_samp_factor;
+  const int rows = components[0].v_samp_factor;
+  if (columns > 2 || rows > 2) return std::nullopt;
+  if (columns == 2) return rows == 2 ? Chroma::Half : Chroma::HalfWidth;
+  return rows == 2 ? Chroma::HalfHeight : Chroma::Full;
+}
+
+bool JpegReader::startPlanes() {
+  State& s = *state_;
+  s.decompress.out_color_space = s.decompress.jpeg_color_space;
+  s.decompress.raw_data_out = TRUE;
+  s.installScanLimit();
+  if (!s.attempt([&s] { jpeg_start_decompress(&s.decompress); })) return false;
+  s.beyond.resize(std::size_t{s.decompress.comp_info[0].width_in_blocks} * DCTSIZE);
+  return true;
+}
+
+// The library gives whole blocks; what lies below the picture's last row goes to a row that nobody reads.
+bool JpegReader::readPlaneRows(const PlanarLayout& layout, std::span<std::byte> pixels) {
+  State& s = *state_;
+  jpeg_decompress_struct& d = s.decompress;
+  const std::array<const Plane*, 3> planes{&layout.luma, &layout.blue, &layout.red};
+  std::array<std::array<JSAMPROW, kMostPlaneRowsAtOnce>, 3> rows = {};
+  std::array<JSAMPARRAY, 3> arrays = {};
+  const JDIMENSION rowsOfGroup = static_cast<JDIMENSION>(d.max_v_samp_factor) * DCTSIZE;
+  for (std::size_t i = 0; i < static_cast<std::size_t>(d.num_components); ++i) {
+    const Plane& plane = *planes.at(i);
+    const auto count = static_cast<std::size_t>(d.comp_info[i].v_samp_factor) * DCTSIZE;
+    const std::size_t first = d.output_scanline / rowsOfGroup * count;
+    for (std::size_t row = 0; row < count; ++row) {
+      const bool inside = first + row < static_cast<std::size_t>(plane.size.height);
+      rows.at(i).at(row) = inside ? reinterpret_cast<JSAMPROW>(pixels.data() + plane.offsetBytes +
+                                                               (first + row) * plane.strideBytes)
+                                  : s.beyond.data();
+    }
+    arrays.at(i) = rows.at(i).data();
+  }
+  JDIMENSION read = 0;
+  return s.attempt([&] { read = jpeg_read_raw_data(&d, arrays.data(), rowsOfGroup); }) && read > 0;
+}
+
+int JpegReader::rowsRead() const {
+  return static_cast<int>(std::min(state_->decompress.output_scanline, state_->decompress.output_height));
 }
 
 bool JpegReader::start(int denominator) {

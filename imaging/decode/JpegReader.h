@@ -8,8 +8,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <vector>
 
+#include "compositor/model/PlanarLayout.h"
 #include "imaging/decode/PictureFile.h"
 #include "platform/Geometry.h"
 
@@ -29,6 +32,10 @@ class JpegReader {
   // The file ended where more was expected.
   [[nodiscard]] bool cameToTheEnd() const;
 
+  // How brightness and colour lie in the file, where they can be taken as they are: grey, or YCbCr with colour planes of
+  // full or half size.
+  [[nodiscard]] std::optional<Chroma> planes() const;
+
   // Begins to decode at 1/denominator (1, 2, 4 or 8) of the size, sides rounded up; all scans of a progressive
   // picture are read here.
   [[nodiscard]] bool start(int denominator);
@@ -36,6 +43,14 @@ class JpegReader {
   [[nodiscard]] SizePx outputSize() const;
   // Reads rows of RGBA into `rows`, `count` of them `strideBytes` apart.
   [[nodiscard]] bool readRows(std::uint8_t* rows, std::size_t strideBytes, int count);
+
+  // Begins to decode the planes at full size. Requires: planes() has a value.
+  [[nodiscard]] bool startPlanes();
+  // After startPlanes(): reads the next rows of all planes to their places in `pixels`. Requires: `layout` is the one of
+  // the picture's size and planes(), and fits into `pixels`.
+  [[nodiscard]] bool readPlaneRows(const PlanarLayout& layout, std::span<std::byte> pixels);
+  // How many rows of the picture have been read.
+  [[nodiscard]] int rowsRead() const;
   // Something was missing or unreadable so far, so that what was drawn is wrong.
   [[nodiscard]] bool damaged() const;
 

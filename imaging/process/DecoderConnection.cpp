@@ -11,8 +11,18 @@ std::size_t mostBytes(int maxPixelSize) {
 }
 
 bool fits(const DecodeAnswer& answer, int maxPixelSize, std::size_t room) {
-  return std::max(answer.size.width, answer.size.height) <= maxPixelSize &&
-         packedLevelsBytes(answer.size) <= room;
+  if (std::max(answer.size.width, answer.size.height) > maxPixelSize) return false;
+  return (answer.inPlanes ? packedPlanes(answer.size, answer.chroma).bytes
+                          : packedLevelsBytes(answer.size)) <= room;
+}
+
+BitmapRef bitmapIn(PixelBuffer pixels, const DecodeAnswer& answer) {
+  if (answer.inPlanes) {
+    return std::make_shared<const Bitmap>(std::move(pixels), packedPlanes(answer.size, answer.chroma),
+                                          answer.orientation);
+  }
+  return std::make_shared<const Bitmap>(std::move(pixels), packedLevels(answer.size), answer.orientation,
+                                        answer.opaque);
 }
 
 }  // namespace
@@ -96,8 +106,7 @@ Answered<BitmapRef> DecoderConnection::decode(int maxPixelSize, Nanoseconds limi
     return BitmapRef();
   }
   if (!lent || !fits(*answer, maxPixelSize, lent->memory->bytes().size())) return DecoderTrouble::Nonsense;
-  return BitmapRef(std::make_shared<const Bitmap>(
-      pool_->pictureIn(std::move(*lent)), packedLevels(answer->size), answer->orientation, answer->opaque));
+  return bitmapIn(pool_->pictureIn(std::move(*lent)), *answer);
 }
 
 // The answer itself, or the one wish for memory that comes before it.

@@ -1,11 +1,14 @@
 #include "imaging/process/DecoderProtocol.h"
 
+#include <algorithm>
+
 #include "imaging/process/PropertyWire.h"
 
 namespace lumivane {
 namespace {
 
 constexpr std::size_t kMostBuffersGone = 4096;
+constexpr std::uint32_t kNoPlanes = 0;  // otherwise 1 + the form of the colour planes
 
 // The first byte of a message: which alternative of its variant follows.
 using Kind = std::uint8_t;
@@ -137,6 +140,7 @@ void write(WireWriter& out, const DecodeAnswer& answer) {
   write(out, answer.size);
   out.number(static_cast<std::int32_t>(answer.orientation));
   out.flag(answer.opaque);
+  out.number(answer.inPlanes ? 1 + static_cast<std::uint32_t>(answer.chroma) : kNoPlanes);
 }
 void read(WireReader& in, DecodeAnswer& answer) {
   answer.request = in.number<RequestNumber>();
@@ -144,8 +148,14 @@ void read(WireReader& in, DecodeAnswer& answer) {
   answer.size = sizeIn(in);
   answer.orientation = in.number<std::int32_t>();
   answer.opaque = in.flag();
-  const bool drawable =
-      answer.size.width >= 1 && answer.size.height >= 1 && answer.orientation >= 1 && answer.orientation <= 8;
+  const auto planes = in.number<std::uint32_t>();
+  if (planes > 1 + static_cast<std::uint32_t>(kLastChroma)) return in.fail();
+  answer.inPlanes = planes != kNoPlanes;
+  if (answer.inPlanes) answer.chroma = static_cast<Chroma>(planes - 1);
+  const int smallestSide = answer.inPlanes ? kSmallestPlanarSide : 1;
+  const bool drawable = std::min(answer.size.width, answer.size.height) >= smallestSide &&
+                        answer.orientation >= 1 && answer.orientation <= 8 &&
+                        (answer.opaque || !answer.inPlanes);
   if (answer.decoded && !drawable) in.fail();
 }
 

@@ -1,7 +1,7 @@
 // What the show and the process that opens its pictures say to each other: plain data, checked when it is read.
 //
 // One request at a time; its answer repeats its number. A decode asks for the memory that it needs, is lent it, and
-// answers where the levels lie by their full size alone: packedLevels() says the rest.
+// answers where the pixels lie by their full size and form alone: packedLevels() and packedPlanes() say the rest.
 //
 // Threads: pure functions on values.
 // Units:   pixels, bytes.
@@ -21,7 +21,7 @@
 namespace lumivane {
 
 // Counts up with every change of the messages: an old process may meet a new show while the program is replaced.
-inline constexpr std::uint32_t kDecoderProtocol = 1;
+inline constexpr std::uint32_t kDecoderProtocol = 2;
 inline constexpr std::size_t kLongestPath = 4095;  // the system's own limit
 // Paths of one batch to measure. Together they must fit what a socket takes at once.
 inline constexpr std::size_t kMostPathsAtOnce = 64;
@@ -80,6 +80,8 @@ struct DecodeAnswer {
   SizePx size;
   OrientationCode orientation = 1;
   bool opaque = false;
+  bool inPlanes = false;  // otherwise in RGBA
+  Chroma chroma = Chroma::None;
 };
 // As PictureDimensions::measure() answers.
 struct MeasureAnswer {

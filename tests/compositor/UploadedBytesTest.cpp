@@ -73,6 +73,19 @@ TEST_F(UploadedBytesTest, theSizesOfTheLevelsAddUp) {
   EXPECT_EQ(bytesFrom(0, kPhoto), packedLevelsBytes(kPhoto));
 }
 
+// Its rows are made on the way, in pieces that lie nowhere in the picture.
+TEST_F(UploadedBytesTest, aPhotoInPlanesGoesAsOneInRgbaDoes) {
+  PlanarLayout layout = packedPlanes(kPhoto, Chroma::Half);
+  PixelBuffer pixels = PixelBuffer::allocate(layout.bytes);
+  root.addSublayer(
+      plainPictureLayer(std::make_shared<const Bitmap>(std::move(pixels), std::move(layout), 1), kFullHd));
+  show();
+  std::size_t bytes = 0;
+  for (const FakeGl::Sending& sending : gl.sendings) bytes += sending.bytes;
+  EXPECT_EQ(bytes, bytesFrom(1, kPhoto));
+  EXPECT_EQ(gl.storages, (std::vector<FakeGl::Storage>{{{3000, 2000}, 12}}));
+}
+
 TEST_F(UploadedBytesTest, aStillPhotoOnAFullHdScreenGoesWithoutItsFullSize) {
   root.addSublayer(plainPictureLayer(photo, kFullHd));  // 1620 x 1080: 3.7 pixels of the photo on one
   show();

@@ -62,6 +62,8 @@ void fuzzDecoderAnswer(std::string_view bytes) {
     if (!decoded->decoded) return;
     promise(decoded->orientation >= 1 && decoded->orientation <= 8);
     promise(decoded->size.width > 0 && decoded->size.height > 0 && !packedLevels(decoded->size).empty());
+    if (decoded->inPlanes)
+      promise(packedPlanes(decoded->size, decoded->chroma).bytes <= packedLevelsBytes(decoded->size));
   }
   if (const auto* measured = std::get_if<MeasureAnswer>(&*answer)) {
     promise(measured->sizes.size() <= kMostPathsAtOnce);

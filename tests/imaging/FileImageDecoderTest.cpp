@@ -9,6 +9,7 @@
 #include "tests/imaging/MadePictures.h"
 #include "tests/imaging/SampleManifest.h"
 #include "tests/imaging/TestPixels.h"
+#include "tests/support/LevelPixels.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace lumivane {
@@ -288,7 +289,7 @@ TEST_F(FileImageDecoderTest, alpha_is_premultiplied) {
   const BitmapRef bitmap = decoded(inFolder("a.png"));
   ASSERT_TRUE(bitmap);
   EXPECT_FALSE(bitmap->opaque());
-  const auto pixel = bitmap->levelBytes(0).first(4);
+  const auto pixel = levelPixels(*bitmap, 0);
   EXPECT_EQ(std::to_integer<int>(pixel[0]), 100);
   EXPECT_EQ(std::to_integer<int>(pixel[1]), 50);
   EXPECT_EQ(std::to_integer<int>(pixel[2]), 0);
@@ -303,14 +304,14 @@ TEST_F(FileImageDecoderTest, sixteen_bits_and_grey_become_eight_bits_of_rgb) {
   deep.pngsave(inFolder("deep.png").c_str());
   const BitmapRef fromDeep = decoded(inFolder("deep.png"));
   ASSERT_TRUE(fromDeep);
-  EXPECT_NEAR(std::to_integer<int>(fromDeep->levelBytes(0)[0]), 128, 1);
-  EXPECT_NEAR(std::to_integer<int>(fromDeep->levelBytes(0)[1]), 64, 1);
-  EXPECT_EQ(std::to_integer<int>(fromDeep->levelBytes(0)[2]), 255);
+  EXPECT_NEAR(std::to_integer<int>(levelPixels(*fromDeep, 0)[0]), 128, 1);
+  EXPECT_NEAR(std::to_integer<int>(levelPixels(*fromDeep, 0)[1]), 64, 1);
+  EXPECT_EQ(std::to_integer<int>(levelPixels(*fromDeep, 0)[2]), 255);
   for (const char* name : {"grey.png", "grey.jpg", "grey.tif"}) {
     VImage::black(8, 8).new_from_image(90).cast(VIPS_FORMAT_UCHAR).write_to_file(inFolder(name).c_str());
     const BitmapRef grey = decoded(inFolder(name));
     ASSERT_TRUE(grey) << name;
-    for (std::size_t c = 0; c < 3; ++c) EXPECT_EQ(std::to_integer<int>(grey->levelBytes(0)[c]), 90) << name;
+    for (std::size_t c = 0; c < 3; ++c) EXPECT_EQ(std::to_integer<int>(levelPixels(*grey, 0)[c]), 90) << name;
     EXPECT_TRUE(grey->opaque());
   }
 }
@@ -341,7 +342,7 @@ TEST_F(FileImageDecoderTest, profile_that_is_not_srgb_is_converted) {
     p3.write_to_file(inFolder(name).c_str(), VImage::option()->set("Q", 100));
     const BitmapRef bitmap = decoded(inFolder(name));
     ASSERT_TRUE(bitmap) << name;
-    const auto pixel = bitmap->levelBytes(0).first(4);
+    const auto pixel = levelPixels(*bitmap, 0);
     EXPECT_NEAR(std::to_integer<int>(pixel[0]), 200, 4) << name;
     EXPECT_NEAR(std::to_integer<int>(pixel[1]), 128, 4) << name;
     EXPECT_NEAR(std::to_integer<int>(pixel[2]), 100, 4) << name;
@@ -394,7 +395,7 @@ TEST_F(FileImageDecoderTest, mip_levels_come_with_the_picture) {
   ASSERT_TRUE(bitmap);
   ASSERT_EQ(bitmap->levels().size(), 7U);
   EXPECT_EQ(bitmap->levels()[6].size, (SizePx{1, 1}));
-  const auto half = bitmap->levelBytes(1);
+  const auto half = levelPixels(*bitmap, 1);
   EXPECT_GT(std::to_integer<int>(half[0]), 240);  // red
   EXPECT_LT(std::to_integer<int>(half[1]), 15);
 }

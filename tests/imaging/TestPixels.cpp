@@ -1,4 +1,5 @@
 #include "tests/imaging/TestPixels.h"
+#include "tests/support/LevelPixels.h"
 
 #include <vips/vips8>
 
@@ -65,15 +66,16 @@ TestPixels fromVips(const vips::VImage& image) {
 
 TestPixels asSeen(const Bitmap& bitmap) {
   const SizePx seen = bitmap.displaySize();
-  const BitmapLevel& level = bitmap.levels()[0];
-  const auto bytes = bitmap.levelBytes(0);
+  const std::vector<std::byte> bytes = levelPixels(bitmap, 0);
   TestPixels pixels{seen.width, seen.height, {}};
   pixels.rgb.reserve(static_cast<std::size_t>(seen.width) * static_cast<std::size_t>(seen.height) * 3);
   for (int y = 0; y < seen.height; ++y) {
     for (int x = 0; x < seen.width; ++x) {
       const auto [sx, sy] = storedPlace(x, y, bitmap.storedSize(), bitmap.orientation());
       const std::size_t at =
-          static_cast<std::size_t>(sy) * level.strideBytes + static_cast<std::size_t>(sx) * 4;
+          (static_cast<std::size_t>(sy) * static_cast<std::size_t>(bitmap.storedSize().width) +
+           static_cast<std::size_t>(sx)) *
+          4;
       for (std::size_t c = 0; c < 3; ++c) pixels.rgb.push_back(std::to_integer<std::uint8_t>(bytes[at + c]));
     }
   }

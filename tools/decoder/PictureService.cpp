@@ -41,8 +41,11 @@ bool PictureService::handle(const DecodeRequest& request) {
   pixels_.begin(request.request);
   try {
     const BitmapRef bitmap = source_ ? source_->thumbnail(request.maxPixelSize) : nullptr;
-    if (bitmap)
+    if (bitmap) {
       answer = {request.request, true, bitmap->storedSize(), bitmap->orientation(), bitmap->opaque()};
+      answer.inPlanes = bitmap->planes().has_value();
+      if (answer.inPlanes) answer.chroma = bitmap->planes()->chroma;
+    }
   } catch (const std::exception&) {
     answer.decoded = false;
   }

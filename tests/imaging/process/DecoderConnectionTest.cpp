@@ -5,6 +5,7 @@
 
 #include "imaging/process/DecoderConnection.h"
 #include "tests/support/FakeChildProgram.h"
+#include "tests/support/LevelPixels.h"
 
 namespace lumivane {
 namespace {
@@ -91,6 +92,10 @@ TEST_F(DecoderConnectionTest, a_picture_is_no_larger_than_what_was_asked_for) {
 TEST_F(DecoderConnectionTest, a_picture_is_no_larger_than_its_memory) {
   for (const SizePx size : {SizePx{8192, 8192}, SizePx{1025, 1}, SizePx{40, 40}})
     EXPECT_EQ(troubleOfDecode(4096, {0, true, size, 1, true}, 8192), DecoderTrouble::Nonsense) << size.width;
+  const std::uint64_t enough = packedPlanes({64, 64}, Chroma::Half).bytes;
+  EXPECT_FALSE(troubleOfDecode(enough, {0, true, {64, 64}, 1, true, true, Chroma::Half}, 64));
+  EXPECT_EQ(troubleOfDecode(enough, {0, true, {64, 64}, 1, true, true, Chroma::Full}, 64),
+            DecoderTrouble::Nonsense);
   EXPECT_EQ(pool_->idleBuffers(), 0U);  // whoever answers so may still write into it
 }
 
@@ -207,25 +212,32 @@ TEST_F(DecoderConnectionTest, whatever_a_process_says_is_survived) {
     return message;
   };
   int pictures = 0;
+  int inPlanes = 0;
   int troubles = 0;
   for (int i = 0; i < 20'000; ++i) {
     connect([&](std::span<const std::byte> message) -> Messages {
       const auto request = requestIn(message);
       if (const auto* decode = std::get_if<DecodeRequest>(&*request))
-        return {spoiled(said(MemoryWish{decode->request, random() % 8192}))};
-      const SizePx size{static_cast<int>(random() % 64), static_cast<int>(random() % 64)};
+        return {spoiled(said(MemoryWish{decode->request, random() % 32768}))};
+      const auto side = [&] {
+        return static_cast<int>(random() % 2 == 0 ? random() % 64 : 64 + random() % 9);
+      };
+      const SizePx size{side(), side()};
       return {spoiled(said(DecodeAnswer{std::get<MemoryLoan>(*request).request, true, size,
-                                        static_cast<int>(random() % 10), true}))};
+                                        static_cast<int>(random() % 10), true, random() % 2 == 0,
+                                        static_cast<Chroma>(random() % 5)}))};
     });
-    const auto answered = connection_->decode(64, kLimit);
+    const auto answered = connection_->decode(72, kLimit);
     troubles += troubleOf(answered) ? 1 : 0;
     const auto* bitmap = std::get_if<BitmapRef>(&answered);
     if (bitmap == nullptr || !*bitmap) continue;
     ++pictures;
+    inPlanes += (*bitmap)->planes() ? 1 : 0;
     for (std::size_t level = 0; level < (*bitmap)->levels().size(); ++level)
-      EXPECT_FALSE((*bitmap)->levelBytes(level).empty());
+      EXPECT_FALSE(levelPixels(**bitmap, level).empty());
   }
   EXPECT_GT(pictures, 100);
+  EXPECT_GT(inPlanes, 10);
   EXPECT_GT(troubles, 100);
 }
 

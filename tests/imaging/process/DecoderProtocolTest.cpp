@@ -30,6 +30,7 @@ std::vector<DecoderAnswer> everyAnswer() {
           OpenAnswer{8, false, ImageSourceStatus::UnexpectedEnd, std::nullopt},
           MemoryWish{9, 128U << 20},
           DecodeAnswer{10, true, {6000, 4000}, 6, true},
+          DecodeAnswer{10, true, {6000, 4000}, 6, true, true, Chroma::Half},
           DecodeAnswer{11, false, {}, 1, false},
           MeasureAnswer{12, {SizePx{1, 2}, std::nullopt, SizePx{0, 0}}}};
 }
@@ -177,6 +178,11 @@ TEST(DecoderProtocolTest, absurd_pictures_are_refused) {
     EXPECT_FALSE(reads({1, true, size, 1, true})) << size.width << " " << size.height;
   EXPECT_FALSE(reads({1, true, {5, 5}, 0, true}));
   EXPECT_FALSE(reads({1, true, {5, 5}, 9, true}));
+  EXPECT_TRUE(reads({1, true, {64, 64}, 1, true, true, Chroma::None}));
+  EXPECT_TRUE(reads({1, true, {64, 64}, 1, true, true, kLastChroma}));
+  EXPECT_FALSE(reads({1, true, {64, 64}, 1, true, true, static_cast<Chroma>(5)}));
+  EXPECT_FALSE(reads({1, true, {63, 64}, 1, true, true, Chroma::Half}));
+  EXPECT_FALSE(reads({1, true, {64, 64}, 1, false, true, Chroma::Half})) << "planes know no transparency";
 }
 
 TEST(DecoderProtocolTest, statuses_are_those_that_a_file_can_have) {

@@ -14,6 +14,7 @@
 #include "platform/linux/SealedMemory.h"
 #include "tests/imaging/MadePictures.h"
 #include "tests/imaging/SampleManifest.h"
+#include "tests/support/LevelPixels.h"
 #include "tests/support/RealClock.h"
 #include "tests/support/RecordingLog.h"
 #include "tests/support/TemporaryFolder.h"
@@ -88,7 +89,7 @@ std::vector<std::string> originals(const TemporaryFolder& folder) {
 std::uint64_t sumOf(const Bitmap& bitmap) {
   std::uint64_t sum = 0;
   for (std::size_t level = 0; level < bitmap.levels().size(); ++level) {
-    for (const std::byte byte : bitmap.levelBytes(level)) sum += static_cast<std::uint64_t>(byte);
+    for (const std::byte byte : levelPixels(bitmap, level)) sum += static_cast<std::uint64_t>(byte);
   }
   return sum;
 }
