@@ -1,18 +1,17 @@
 // What it costs to get a picture into memory, without its mip levels (mipmap_bench has those): ours, as the decoder process
 // does it, against the format's library with nothing around it (floor) and against what other programs use.
 //
-// No arguments; the pictures are made on the first run and stay in the folder for temporary files (TMPDIR), 350 MB. The time that
-// counts is processor time of all threads. Pictures are read from the system's cache.
+// No arguments; pictures are made when they are first needed and stay in the folder for temporary files (TMPDIR), 200 MB;
+// the HEIC takes minutes. The time that counts is processor time of all threads. Pictures are read from the system's cache.
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
-#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,11 +34,12 @@ namespace {
 // More than this, and a shrunk picture looks worse than one shrunk by a good filter.
 constexpr double kMostMeanError = 2;
 
-using Loading = std::function<bool()>;
+// Reads the picture at a path; false when it cannot be read.
+using Loading = std::function<bool(const std::string& path)>;
 
 struct Work {
   std::string name;
-  std::string path;
+  std::function<std::string()> picture;  // makes it when it is not there; its path
 };
 
 std::vector<std::byte> contentOf(const std::string& path) {
@@ -49,17 +49,17 @@ std::vector<std::byte> contentOf(const std::string& path) {
   return bytes;
 }
 
-void load(benchmark::State& state, const Loading& loading) {
-  if (!loading())
-    return state.SkipWithError("the picture cannot be read");  // and memory is there from here on
+void load(benchmark::State& state, const std::string& path, const Loading& loading) {
+  if (!loading(path))
+    return state.SkipWithError("the picture cannot be read");  // memory is there from here on
   for (auto _ : state) {
-    if (!loading()) return state.SkipWithError("the picture cannot be read");
+    if (!loading(path)) return state.SkipWithError("the picture cannot be read");
   }
 }
 
 void add(const Work& work, const std::string& who, const Loading& loading) {
-  benchmark::RegisterBenchmark((work.name + "/" + who).c_str(),
-                               [loading](benchmark::State& state) { load(state, loading); })
+  const auto run = [=, picture = work.picture](benchmark::State& state) { load(state, picture(), loading); };
+  benchmark::RegisterBenchmark((work.name + "/" + who).c_str(), run)
       ->MeasureProcessCPUTime()
       ->Unit(benchmark::kMillisecond);
 }
@@ -69,39 +69,43 @@ BitmapRef ourPicture(FileImageDecoder& decoder, const std::string& path) {
   return source ? source->thumbnail(kThumbnailMaxPixelSize) : nullptr;
 }
 
-void addOurs(const Work& work) {
-  add(work, "ours", [decoder = std::make_shared<FileImageDecoder>(), path = work.path] {
+Loading ourLoading() {
+  return [decoder = std::make_shared<FileImageDecoder>()](const std::string& path) {
     return ourPicture(*decoder, path) != nullptr;
-  });
+  };
+}
+
+void addOurs(const Work& work) {
+  add(work, "ours", ourLoading());
 }
 
 void addFloor(const Work& work, const CodecFloor& floor, const std::string& who = "floor") {
   const auto pool = std::make_shared<PixelPool>();
   const auto file = std::make_shared<std::vector<std::byte>>();
-  add(work, who, [=, path = work.path] {
+  add(work, who, [=](const std::string& path) {
     if (file->empty()) *file = contentOf(path);
     return floor(*file, *pool);
   });
 }
 
-void addImlib(const Work& work) {
-  add(work, "imlib2", [path = work.path] { return loadWithImlib(path).has_value(); });
-}
-
-void addQt(const Work& work, QtWish wish) {
-  add(work, "qt", [path = work.path, wish] { return loadWithQt(path, wish).has_value(); });
-}
-
-void addVips(const Work& work) {
-  add(work, "vips", [path = work.path] { return loadWithVips(path, kThumbnailMaxPixelSize).has_value(); });
-}
-
 // The turned picture must come out turned, or less was done than was asked for.
-void addTurnedPeers(const Work& work) {
-  const auto upright = [](std::optional<SizePx> size) { return size && size->height > size->width; };
-  add(work, "imlib2", [=, path = work.path] { return upright(loadWithImlib(path)); });
-  add(work, "qt", [=, path = work.path] { return upright(loadWithQt(path, {})); });
-  add(work, "vips", [=, path = work.path] { return upright(loadWithVips(path, kThumbnailMaxPixelSize)); });
+enum class Shape { Any, Upright };
+
+bool has(Shape shape, std::optional<SizePx> size) {
+  return size && (shape == Shape::Any || size->height > size->width);
+}
+
+void addImlib(const Work& work, Shape shape = Shape::Any) {
+  add(work, "imlib2", [=](const std::string& path) { return has(shape, loadWithImlib(path)); });
+}
+
+void addQt(const Work& work, QtWish wish, Shape shape = Shape::Any) {
+  add(work, "qt", [=](const std::string& path) { return has(shape, loadWithQt(path, wish)); });
+}
+
+void addVips(const Work& work, Shape shape = Shape::Any) {
+  add(work, "vips",
+      [=](const std::string& path) { return has(shape, loadWithVips(path, kThumbnailMaxPixelSize)); });
 }
 
 double ourMeanError(const std::string& path) {
@@ -122,9 +126,10 @@ double meanErrorOfQt(const std::string& path) {
 void addShrunk(const Work& work, const std::string& who, const Loading& loading,
                const std::function<double(const std::string&)>& errorOf, double mostError) {
   const auto error = std::make_shared<std::optional<double>>();
-  const auto run = [=, path = work.path](benchmark::State& state) {
+  const auto run = [=, picture = work.picture](benchmark::State& state) {
+    const std::string path = picture();
     if (!*error) *error = errorOf(path);
-    load(state, loading);
+    load(state, path, loading);
     state.counters["mean_error"] = **error;
     if (**error > mostError) state.SkipWithError("the shrunk picture is too far from what it ought to be");
   };
@@ -135,18 +140,19 @@ void addShrunk(const Work& work, const std::string& who, const Loading& loading,
 
 void addShrinkingWork(const Work& work) {
   const QtWish wish{.longestSide = kThumbnailMaxPixelSize};
-  const auto decoder = std::make_shared<FileImageDecoder>();
-  addShrunk(
-      work, "ours", [=, path = work.path] { return ourPicture(*decoder, path) != nullptr; }, &ourMeanError,
-      kMostMeanError);
-  addShrunk(
-      work, "qt", [=, path = work.path] { return loadWithQt(path, wish).has_value(); }, &meanErrorOfQt, 255);
+  const Loading withQt = [=](const std::string& path) { return loadWithQt(path, wish).has_value(); };
+  addShrunk(work, "ours", ourLoading(), &ourMeanError, kMostMeanError);
+  addShrunk(work, "qt", withQt, &meanErrorOfQt, 255);
   addFloor(work, &decodeJpegAlone);
   addVips(work);
 }
 
+Work jpegWork(const std::string& name, SizePx size, JpegKind kind) {
+  return {name, [=] { return jpegPicture(size, kind); }};
+}
+
 void addJpegWorks() {
-  const Work plain{"jpeg-24mp", jpegPicture(k24Megapixels, JpegKind::Plain)};
+  const Work plain = jpegWork("jpeg-24mp", k24Megapixels, JpegKind::Plain);
   addOurs(plain);
   addFloor(plain, &decodeJpegAlone);
   addFloor(plain, &decodeJpegPlanesAlone, "floor-planar");
@@ -154,34 +160,36 @@ void addJpegWorks() {
   addQt(plain, {});
   addVips(plain);
 
-  const Work turned{"jpeg-24mp-turned", jpegPicture(k24Megapixels, JpegKind::QuarterTurn)};
+  const Work turned = jpegWork("jpeg-24mp-turned", k24Megapixels, JpegKind::QuarterTurn);
   addOurs(turned);
   addFloor(turned, &decodeJpegAlone);
-  addTurnedPeers(turned);
+  addImlib(turned, Shape::Upright);
+  addQt(turned, {}, Shape::Upright);
+  addVips(turned, Shape::Upright);
 
-  const Work progressive{"jpeg-24mp-progressive", jpegPicture(k24Megapixels, JpegKind::Progressive)};
+  const Work progressive = jpegWork("jpeg-24mp-progressive", k24Megapixels, JpegKind::Progressive);
   addOurs(progressive);
   addFloor(progressive, &decodeJpegAlone);
   addImlib(progressive);
   addQt(progressive, {});
 
-  const Work wide{"jpeg-24mp-display-p3", jpegPicture(k24Megapixels, JpegKind::DisplayP3)};
+  const Work wide = jpegWork("jpeg-24mp-display-p3", k24Megapixels, JpegKind::DisplayP3);
   addOurs(wide);
   addFloor(wide, &decodeJpegAlone);
   addQt(wide, {.toSrgb = true});
   addVips(wide);
 
-  addShrinkingWork({"jpeg-45mp", jpegPicture(k45Megapixels, JpegKind::Plain)});
-  addShrinkingWork({"jpeg-100mp", jpegPicture(k100Megapixels, JpegKind::Plain)});
+  addShrinkingWork(jpegWork("jpeg-45mp", k45Megapixels, JpegKind::Plain));
+  addShrinkingWork(jpegWork("jpeg-100mp", k100Megapixels, JpegKind::Plain));
 }
 
 void addOtherWorks() {
   const std::vector<std::pair<Work, CodecFloor>> works = {
-      {{"png-24mp", pngPicture(k24Megapixels)}, &decodePngAlone},
-      {{"tiff-24mp", tiffPicture(k24Megapixels)}, &decodeTiffAlone},
-      {{"webp-12mp", webpPicture(k12Megapixels)}, &decodeWebpAlone},
-      {{"heic-24mp", heicPicture(k24Megapixels)}, &decodeHeifAlone},
-      {{"avif-12mp", avifPicture(k12Megapixels)}, &decodeHeifAlone},
+      {{"png-24mp", [] { return pngPicture(k24Megapixels); }}, &decodePngAlone},
+      {{"tiff-24mp", [] { return tiffPicture(k24Megapixels); }}, &decodeTiffAlone},
+      {{"webp-12mp", [] { return webpPicture(k12Megapixels); }}, &decodeWebpAlone},
+      {{"heic-24mp", [] { return heicPicture(k24Megapixels); }}, &decodeHeifAlone},
+      {{"avif-12mp", [] { return avifPicture(k12Megapixels); }}, &decodeHeifAlone},
   };
   for (const auto& [work, floor] : works) {
     addOurs(work);

@@ -42,6 +42,9 @@ void writeIntegers(const std::vector<double>& weights, std::int16_t* integers) {
 
 // The filter's negative lobes can leave a colour above its alpha, which no renderer expects.
 void keepColourBelowAlpha(std::uint8_t* row, int pixels) {
+  std::uint8_t allAlphas = 255;
+  for (int x = 0; x < pixels; ++x) allAlphas &= row[x * kChannels + 3];
+  if (allAlphas == 255) return;
   for (int x = 0; x < pixels; ++x, row += kChannels) {
     if (row[3] == 255) continue;
     for (int c = 0; c < 3; ++c) row[c] = std::min(row[c], row[3]);
