@@ -35,8 +35,7 @@ std::string pictureOf(int megapixels) {
     return vips::VImage::gaussnoise(width, height, vips::VImage::option()->set("sigma", 60)->set("mean", 128))
         .gaussblur(1.5);
   };
-  channel()
-      .bandjoin({channel(), channel()})
+  vips::VImage::bandjoin({channel(), channel(), channel()})
       .cast(VIPS_FORMAT_UCHAR)
       .copy(vips::VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB))
       .jpegsave(path.c_str(), vips::VImage::option()->set("Q", 85));
