@@ -6,7 +6,7 @@
 namespace lumivane {
 namespace {
 
-constexpr std::chrono::milliseconds kFrameInterval{20};
+constexpr Nanoseconds kFrameInterval = std::chrono::milliseconds{20};
 
 }  // namespace
 
@@ -19,11 +19,17 @@ Heartbeat::Heartbeat(MainLoop& mainLoop, const Clock& clock, Wanted wanted, Job 
 
 void Heartbeat::turnEnded() {
   std::optional<MediaTime> next = wanted_();
-  if (next) next = std::max(*next, lastBeat_ + kFrameInterval);
+  if (next) next = inStep(*next);
   if (next == next_) return;
   next_ = next;
   watch_.reset();
   if (next) beatAt(*next);
+}
+
+// Whatever a beat has put off until the same moment comes first, as it would if the heart had never paused.
+MediaTime Heartbeat::inStep(MediaTime wanted) const {
+  const Nanoseconds wait = std::max(wanted - lastBeat_, Nanoseconds{1});
+  return lastBeat_ + (wait + kFrameInterval - Nanoseconds{1}) / kFrameInterval * kFrameInterval;
 }
 
 void Heartbeat::beatAt(MediaTime time) {

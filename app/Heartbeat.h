@@ -29,6 +29,8 @@ class Heartbeat {
   void turnEnded();
 
  private:
+  // The first moment from then on that is a whole number of frames after the last beat.
+  [[nodiscard]] MediaTime inStep(MediaTime wanted) const;
   void beatAt(MediaTime time);
 
   MainLoop& mainLoop_;

@@ -52,6 +52,15 @@ TEST_F(HeartbeatTest, beatsFiftyTimesASecondAtMost) {
   EXPECT_EQ(beats, 50);
 }
 
+// A picture's time and the fetching of the next one may end in the same millisecond.
+TEST_F(HeartbeatTest, staysInStep) {
+  want(milliseconds(1000) + Nanoseconds{1});
+  loop.runFor(milliseconds(1019));
+  EXPECT_EQ(beats, 0);
+  loop.runFor(milliseconds(1));
+  EXPECT_EQ(beats, 1);
+}
+
 TEST_F(HeartbeatTest, aTurnMayBringTheBeatForward) {
   want(milliseconds(5000));
   loop.runFor(milliseconds(1000));
