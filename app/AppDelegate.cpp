@@ -36,31 +36,40 @@ void AppDelegate::applicationWillFinishLaunching(const std::vector<std::string>&
   for (const std::string& argument : arguments) addOrLog(flags_, argument, host_.log);
 }
 
+// The first picture is asked for as early as can be: it is read and decoded while the GL, which takes long to load, gets ready.
 Result<Done> AppDelegate::applicationDidFinishLaunching() {
-  auto context = makeGlContext(wantedGlFormats());
-  if (!context) return Error{context.error()};
-  openWindow(context.value()->format());
-  surface_ = std::make_unique<QtGlSurface>(*window_, std::move(context.value()));
-  firstFrame_ = std::make_unique<FirstFrame>(
-      mainLoop_, [this] { helpTheFirstStart(); }, frames_);
-  renderThread_ = std::make_unique<RenderThread>(*surface_, host_.clock, host_.log, firstFrame_.get());
-
+  const std::vector<QSurfaceFormat> formats = wantedGlFormats();
+  openWindow(formats.front());
   masterViewController_.viewDidLoad({{0, 0}, window_->frame().size});
   LumivaneView& view = masterViewController_.saver();
-  commit_ = std::make_unique<LayerTreeCommit>(
-      view.mainLayer(), *window_,
-      [this](std::shared_ptr<const FrameSnapshot> snapshot) { renderThread_->publish(std::move(snapshot)); },
-      host_.clock, mainLoop_);
-  mainLoop_.atEndOfTurn([this] { endOfTurn(); });
+  moveToDisplay(window_->displayNumber());
+  if (!view.imageFiles().empty()) view.animateOneFrame();
+  if (const Result<Done> drawing = startDrawing(formats); !drawing) return drawing;
 
   window_->show();
   if (flags_.fullScreen) window_->toggleFullScreen();
-  moveToDisplay(window_->displayNumber());
+  if (window_->displayNumber() != display_) moveToDisplay(window_->displayNumber());
   view.viewDidEndLiveResize();
   view.setWindowResizingHappened(false);
   view.setScreensaverSurrogateMode(flags_.surrogate);
   launcher_.writeAliveFile(host_.clock.wallTime());
   if (flags_.surrogate) startSurrogateMode();
+  return Done{};
+}
+
+Result<Done> AppDelegate::startDrawing(const std::vector<QSurfaceFormat>& formats) {
+  auto context = makeGlContext(formats);
+  if (!context) return Error{context.error()};
+  window_->setFormat(context.value()->format());
+  surface_ = std::make_unique<QtGlSurface>(*window_, std::move(context.value()));
+  firstFrame_ = std::make_unique<FirstFrame>(
+      mainLoop_, [this] { helpTheFirstStart(); }, frames_);
+  renderThread_ = std::make_unique<RenderThread>(*surface_, host_.clock, host_.log, firstFrame_.get());
+  commit_ = std::make_unique<LayerTreeCommit>(
+      masterViewController_.saver().mainLayer(), *window_,
+      [this](std::shared_ptr<const FrameSnapshot> snapshot) { renderThread_->publish(std::move(snapshot)); },
+      host_.clock, mainLoop_);
+  mainLoop_.atEndOfTurn([this] { endOfTurn(); });
   return Done{};
 }
 

@@ -64,6 +64,7 @@ class AppDelegate final : public WindowListener {
 
  private:
   void openWindow(const QSurfaceFormat& format);
+  Result<Done> startDrawing(const std::vector<QSurfaceFormat>& formats);
   void startSurrogateMode();
   void endOfTurn();
   [[nodiscard]] bool isWatched() const;

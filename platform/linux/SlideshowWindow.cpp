@@ -68,7 +68,14 @@ RectPt SlideshowWindow::frame() const {
 void SlideshowWindow::placeAt(const RectPt& frame) {
   const QSize size = QSizeF(frame.size.width, frame.size.height).toSize().expandedTo(kSmallest);
   const QPoint upperLeft(qRound(frame.origin.x), primaryHeight() - qRound(frame.origin.y) - size.height());
-  native_->setGeometry(ontoADisplay(QRect(upperLeft, size)));
+  const QRect place = ontoADisplay(QRect(upperLeft, size));
+  // Before it is shown a window belongs to the primary display, wherever it is to stand.
+  if (QScreen* const screen = QGuiApplication::screenAt(place.center())) native_->setScreen(screen);
+  native_->setGeometry(place);
+}
+
+void SlideshowWindow::setFormat(const QSurfaceFormat& format) {
+  native_->setFormat(format);
 }
 
 DisplayNumber SlideshowWindow::displayNumber() const {

@@ -43,6 +43,8 @@ class SlideshowWindow final : public HostWindow {
   // Where the window opens and where it returns to from full screen. Without this: three quarters of the primary
   // display, in its middle. A frame that would lie on no display is moved onto one; Wayland takes the size only.
   void placeAt(const RectPt& frame);
+  // That of the GL context which is to draw. Requires: the window was not shown yet.
+  void setFormat(const QSurfaceFormat& format);
 
   // For dialogs and menus that belong to the window, and for the surface that is drawn to.
   [[nodiscard]] QWindow& qtWindow();
