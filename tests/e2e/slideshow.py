@@ -64,7 +64,16 @@ class VirtualScreen:
         return subprocess.run(["xdotool", *arguments], env={**os.environ, **self.environment}, timeout=30, check=True,
                               text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
 
+    def active_window(self):
+        """The number of the window that has the keys; None while none has them."""
+        try:
+            return int(self.do("getactivewindow")) or None
+        except (subprocess.CalledProcessError, ValueError):  # the window manager has not said yet
+            return None
+
     def press(self, key):
+        """Once there is somebody to hear it: a picture may be ready before its window is."""
+        eventually(self.active_window, "a window has the keys")
         self.do("key", key)
 
     def wave(self):
