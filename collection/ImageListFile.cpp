@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <optional>
+#include <utility>
 
 #include "platform/PrintableText.h"
 
@@ -29,30 +31,16 @@ bool fitsInLine(std::string_view path) {
   return path.find('\n') == std::string_view::npos && isUtf8(path);
 }
 
-// Every line of the text; an empty text is one empty line.
-std::vector<std::string> splitAtLineFeeds(std::string_view text) {
-  std::vector<std::string> lines;
-  lines.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
-  for (;;) {
-    const std::size_t end = text.find('\n');
-    lines.emplace_back(text.substr(0, end));
-    if (end == std::string_view::npos) return lines;
-    text.remove_prefix(end + 1);
-  }
-}
-
-Result<std::vector<std::string>> readLines(const Files& files, const std::string& path) {
-  const Result<std::string> text = files.read(path, kLargestImageListBytes);
+Result<ImageList> readLines(const Files& files, const std::string& path) {
+  Result<std::string> text = files.read(path, kLargestImageListBytes);
   if (!text) return Error{text.error()};
-  std::vector<std::string> lines = splitAtLineFeeds(text.value());
-  if (!isAscii(text.value()) && !std::all_of(lines.begin(), lines.end(), isUtf8))
-    return Error{printable(path) + ": not UTF-8 text"};
-  return lines;
+  if (!isUtf8(text.value())) return Error{printable(path) + ": not UTF-8 text"};
+  return ImageList::ofLines(std::move(text).value());
 }
 
-std::vector<std::string> readList(const Files& files, const std::string& path, Log& log) {
+ImageList readList(const Files& files, const std::string& path, Log& log) {
   if (!files.exists(path)) return {};
-  Result<std::vector<std::string>> lines = readLines(files, path);
+  Result<ImageList> lines = readLines(files, path);
   if (!lines) {
     log.error("load images failed: " + lines.error() + "!");
     return {};
@@ -61,13 +49,25 @@ std::vector<std::string> readList(const Files& files, const std::string& path, L
   return std::move(lines).value();
 }
 
-std::string joinedWithLineFeeds(const std::vector<std::string>& imagefiles, Log& log) {
+std::size_t lineFeeds(std::string_view text) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+// The list's own bytes where they can be the file's: no line feed in any path, and all of it UTF-8.
+std::optional<std::string_view> readyText(const ImageList& imagefiles) {
+  const std::optional<std::string_view> text = imagefiles.joinedText();
+  const bool fits =
+      text && lineFeeds(*text) + 1 == std::max<std::size_t>(imagefiles.size(), 1) && isUtf8(*text);
+  return fits ? text : std::nullopt;
+}
+
+std::string joinedWithLineFeeds(const ImageList& imagefiles, Log& log) {
   std::size_t bytes = 0;
-  for (const std::string& path : imagefiles) bytes += path.size() + 1;
+  for (const std::string_view path : imagefiles) bytes += path.size() + 1;
   std::string text;
   text.reserve(bytes);
   bool first = true;
-  for (const std::string& path : imagefiles) {
+  for (const std::string_view path : imagefiles) {
     if (!fitsInLine(path)) {
       log.error("File name cannot be kept in the image list: " + printable(path) + " !");
       continue;
@@ -79,26 +79,29 @@ std::string joinedWithLineFeeds(const std::vector<std::string>& imagefiles, Log&
   return text;
 }
 
+Result<Done> writeList(Files& files, const std::string& path, const ImageList& imagefiles, Log& log) {
+  if (path.empty()) return Error{"no path to write to"};
+  if (const auto text = readyText(imagefiles)) return files.writeAtomically(path, *text);
+  return files.writeAtomically(path, joinedWithLineFeeds(imagefiles, log));
+}
+
 }  // namespace
 
 std::string imageListFileName(std::string_view displayFileName) {
   return "LumivaneImageList." + std::string(displayFileName) + ".plist";
 }
 
-std::vector<std::string> loadImageList(const Files& files, const std::string& imageListPath, Log& log) {
+ImageList loadImageList(const Files& files, const std::string& imageListPath, Log& log) {
   log.information("load images from: " + printable(imageListPath));
-  std::vector<std::string> imagefiles = readList(files, imageListPath, log);
+  ImageList imagefiles = readList(files, imageListPath, log);
   log.information("num images from config = " + std::to_string(imagefiles.size()));
   return imagefiles;
 }
 
-void saveImageList(Files& files, const std::string& imageListPath, const std::vector<std::string>& imagefiles,
-                   Log& log) {
+void saveImageList(Files& files, const std::string& imageListPath, const ImageList& imagefiles, Log& log) {
   if (imageListPath.empty()) log.error("imageListPath_ or imagefiles_ = nil!");
   log.information("saving image list (path = " + printable(imageListPath) + ")");
-  const std::string text = joinedWithLineFeeds(imagefiles, log);
-  const Result<Done> written = imageListPath.empty() ? Result<Done>(Error{"no path to write to"})
-                                                     : files.writeAtomically(imageListPath, text);
+  const Result<Done> written = writeList(files, imageListPath, imagefiles, log);
   if (!written) log.error("saving image list failed: " + written.error() + "!");
 }
 

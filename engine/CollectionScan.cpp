@@ -89,14 +89,13 @@ void CollectionScan::showFolders(StoredCollection stored) {
   if (stored.directoryBookmarks)
     view_.editSettings().directoryBookmarks_ = std::move(*stored.directoryBookmarks);
   view_.saveConfig();
-  replaceImageFiles(std::move(stored.imagefiles));
+  view_.replaceImageFiles(std::move(stored.imagefiles));
   view_.startWithFreshCollection();
   if (PreferencesSheet* sheet = view_.preferencesSheet()) sheet->collectionIsReady();
 }
 
-// A million paths take too long to be freed here.
-void CollectionScan::replaceImageFiles(std::vector<std::string> imagefiles) {
-  store_.discard(view_.replaceImageFiles(std::move(imagefiles)));
+void CollectionScan::storeShortened(const ImageList& imagefiles) {
+  store_.storeShortened(imagefiles, view_.imageListPath());
 }
 
 // --- Albums ---
@@ -124,7 +123,7 @@ void CollectionScan::scanIPhotoPathsFinish(const Result<std::vector<AlbumPicture
       albumScanEnded();
       return;
     case AlbumEnd::OutsideLibrary:
-      replaceImageFiles({});
+      view_.replaceImageFiles({});
       albumScanEnded();
       return;
     case AlbumEnd::Collected:
@@ -135,7 +134,7 @@ void CollectionScan::scanIPhotoPathsFinish(const Result<std::vector<AlbumPicture
       break;
   }
   store_.storeAlbum(std::move(collected.imagefiles), view_.imageListPath(), [this](StoredCollection stored) {
-    replaceImageFiles(std::move(stored.imagefiles));
+    view_.replaceImageFiles(std::move(stored.imagefiles));
     albumScanEnded();
   });
 }

@@ -37,6 +37,10 @@ class CollectionScan {
   void scanDirectory();
   void scanIPhotoPaths(const std::string& albumName);
 
+  // Writes the show's list, which lost a picture, in the background; waits until that is done.
+  void storeShortened(const ImageList& imagefiles);
+  void finishShortened() { store_.finishShortened(); }
+
   // Gives up a scan that runs, because the show moves to another display. Never waits.
   void breakOff();
   // The same, because the show ends: waits for what has begun.
@@ -48,8 +52,6 @@ class CollectionScan {
   void finishScanning(WalkResult found);
   void showFolders(StoredCollection stored);
   void scanIPhotoPathsFinish(const Result<std::vector<AlbumPicture>>& mediaObjects);
-  void showAlbum(std::vector<std::string> imagefiles);
-  void replaceImageFiles(std::vector<std::string> imagefiles);
   void albumScanEnded();
   void keepWhatWasWritten(std::optional<StoredCollection> written);
 

@@ -12,6 +12,7 @@ namespace lumivane {
 // Handed to the queue and back: the main thread touches only the flags while the queue has it.
 struct CollectionStore::Work {
   StoredCollection collection;
+  std::vector<std::string> paths;  // become the collection's list once they are in order
   std::optional<std::vector<std::string>> rootDirectories;  // absent: neither bookmarks nor order are wanted
   std::string collationLocale;
   std::string imageListPath;
@@ -19,30 +20,37 @@ struct CollectionStore::Work {
   std::atomic<bool> cancelled{false};
   std::atomic<bool> written{false};
 
-  // Without memory for the order, the show still gets its pictures.
+  // Without memory for the order, or for writing, the show still gets its pictures.
   void tryToPerform(Files& files, Log& log) {
+    if (cancelled) return;
+    attempt(log, [&] { arrange(log); });
+    attempt(log, [&] { collection.imagefiles = ImageList(std::exchange(paths, {})); });
+    if (cancelled) return;
+    attempt(log, [&] {
+      saveImageList(files, imageListPath, collection.imagefiles, log);
+      written = true;
+    });
+  }
+
+ private:
+  void arrange(Log& log) {
+    if (!rootDirectories) return;
+    collection.directoryBookmarks = createBookmarks(rootDirectories, log);
+    sortByFileName(paths, collationLocale);
+  }
+
+  template <class Step>
+  static void attempt(Log& log, const Step& step) {
     try {
-      perform(files, log);
+      step();
     } catch (const std::exception& failure) {
       log.error(std::string("Storing the collection failed: ") + failure.what() + "!");
     }
   }
-
- private:
-  void perform(Files& files, Log& log) {
-    if (cancelled) return;
-    if (rootDirectories) {
-      collection.directoryBookmarks = createBookmarks(rootDirectories, log);
-      sortByFileName(collection.imagefiles, collationLocale);
-    }
-    if (cancelled) return;
-    saveImageList(files, imageListPath, collection.imagefiles, log);
-    written = true;
-  }
 };
 
 CollectionStore::CollectionStore(SerialQueues& queues, MainLoop& mainLoop, Files& files, Log& log)
-    : queues_(queues), mainLoop_(mainLoop), files_(files), log_(log) {}
+    : queues_(queues), mainLoop_(mainLoop), files_(files), log_(log), shortened_(files, log) {}
 
 CollectionStore::~CollectionStore() {
   static_cast<void>(finish());
@@ -56,7 +64,7 @@ SerialQueue& CollectionStore::queue() {
 void CollectionStore::storeFolders(WalkResult found, std::string collationLocale, std::string imageListPath,
                                    Completion completion) {
   auto work = std::make_shared<Work>();
-  work->collection.imagefiles = std::move(found.imagefiles);
+  work->paths = std::move(found.imagefiles);
   work->rootDirectories = std::move(found.rootDirectories);
   work->collationLocale = std::move(collationLocale);
   work->imageListPath = std::move(imageListPath);
@@ -67,7 +75,7 @@ void CollectionStore::storeFolders(WalkResult found, std::string collationLocale
 void CollectionStore::storeAlbum(std::vector<std::string> imagefiles, std::string imageListPath,
                                  Completion completion) {
   auto work = std::make_shared<Work>();
-  work->collection.imagefiles = std::move(imagefiles);
+  work->paths = std::move(imagefiles);
   work->imageListPath = std::move(imageListPath);
   work->completion = std::move(completion);
   begin(std::move(work));
@@ -101,6 +109,7 @@ std::optional<StoredCollection> CollectionStore::finish() {
   const std::shared_ptr<Work> work = std::exchange(work_, nullptr);
   if (work) work->cancelled = true;
   queue_.reset();
+  shortened_.write();
   return takeWritten(work);
 }
 
@@ -109,9 +118,14 @@ std::optional<StoredCollection> CollectionStore::takeWritten(const std::shared_p
   return std::move(work->collection);
 }
 
-void CollectionStore::discard(std::vector<std::string> imagefiles) {
-  queue().async(
-      [list = std::make_shared<std::vector<std::string>>(std::move(imagefiles))] { list->clear(); });
+void CollectionStore::storeShortened(ImageList imagefiles, std::string imageListPath) {
+  if (work_) return;
+  shortened_.keep(std::move(imageListPath), std::move(imagefiles));
+  queue().async([this] { shortened_.write(); });
+}
+
+void CollectionStore::finishShortened() {
+  shortened_.write();
 }
 
 void CollectionStore::discard(std::unique_ptr<FolderScan> scan) {

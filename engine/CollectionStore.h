@@ -14,7 +14,9 @@
 
 #include "collection/DirectoryWalk.h"
 #include "collection/FolderBookmarks.h"
+#include "collection/ImageList.h"
 #include "engine/FolderScan.h"
+#include "engine/ImageListWriter.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/MainLoop.h"
@@ -23,7 +25,7 @@
 namespace lumivane {
 
 struct StoredCollection {
-  std::vector<std::string> imagefiles;
+  ImageList imagefiles;
   std::optional<std::vector<FolderBookmark>> directoryBookmarks;  // absent: those in force stay
 };
 
@@ -45,11 +47,15 @@ class CollectionStore {
   // Forgets what is being stored: its completion is not called, and a list that is not being written yet will not
   // be. What is handed back has been written; its bookmarks are still to be saved.
   [[nodiscard]] std::optional<StoredCollection> cancel();
-  // The same for good, after waiting for the work that has begun.
+  // The same for good, after waiting for the work that has begun; a shortened list is written in any case.
   [[nodiscard]] std::optional<StoredCollection> finish();
 
-  // Destroys on the queue what takes long to destroy: a million paths, a walk that has to be waited for.
-  void discard(std::vector<std::string> imagefiles);
+  // Writes the list that a picture was struck off. Not while a new collection is being stored, which takes its place.
+  void storeShortened(ImageList imagefiles, std::string imageListPath);
+  // Returns when such a list has been written: before its file is read again.
+  void finishShortened();
+
+  // Destroys on the queue what takes long to destroy: a walk that has to be waited for.
   void discard(std::unique_ptr<FolderScan> scan);
 
  private:
@@ -64,6 +70,7 @@ class CollectionStore {
   MainLoop& mainLoop_;
   Files& files_;
   Log& log_;
+  ImageListWriter shortened_;
   std::shared_ptr<Work> work_;  // nullptr: nothing is being stored
   std::unique_ptr<SerialQueue> queue_;
 };

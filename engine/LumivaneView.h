@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "collection/ImageList.h"
 #include "compositor/model/Layer.h"
 #include "engine/FolderLookup.h"
 #include "engine/Host.h"
@@ -95,8 +96,7 @@ class LumivaneView {
 
   // --- The collection ---
   void scanForImages();
-  // Returns the old list, whose end takes long when it was long.
-  [[nodiscard]] std::vector<std::string> replaceImageFiles(std::vector<std::string> imagefiles);
+  void replaceImageFiles(ImageList imagefiles);
   void startWithFreshCollection();
   void setQueryIsInProgress(bool inProgress) { queryIsInProgress_ = inProgress; }
   void setMainDirectoryLocation(std::string folder) { mainDirectoryLocation_ = std::move(folder); }
@@ -130,7 +130,7 @@ class LumivaneView {
   [[nodiscard]] const DisplaySettings& settings() const { return settings_; }
   [[nodiscard]] const std::string& filename() const { return filename_; }
   [[nodiscard]] ImageIndex imageIndex() const { return img_index_; }
-  [[nodiscard]] const std::vector<std::string>& imageFiles() const { return imagefiles_; }
+  [[nodiscard]] const ImageList& imageFiles() const { return imagefiles_; }
   [[nodiscard]] const IndexList& imagesNotYetShown() const { return order_.imagesNotYetShown(); }
   [[nodiscard]] const ImageHistory& history() const { return history_; }
   [[nodiscard]] const PrefetchSlot& prefetchSlot() const { return prefetch_; }
@@ -241,7 +241,7 @@ class LumivaneView {
 
   // Main thread only: the slideshow
   std::string imageListPath_;  // empty without an application-support folder
-  std::vector<std::string> imagefiles_;
+  ImageList imagefiles_;
   std::optional<std::string> mainDirectoryLocation_;
   std::optional<WallTime> last_scan_;
   std::string filename_;

@@ -1,18 +1,14 @@
 // The Delete key: the shown picture goes to the trash and out of the list.
-#include <algorithm>
-
 #include "engine/LumivaneView.h"
 #include "platform/PrintableText.h"
 
 namespace lumivane {
 namespace {
 
-std::optional<ImageIndex> positionOf(const std::string& path, const std::vector<std::string>& imagefiles,
+std::optional<ImageIndex> positionOf(const std::string& path, const ImageList& imagefiles,
                                      ImageIndex likely) {
   if (likely < imagefiles.size() && imagefiles[likely] == path) return likely;
-  const auto found = std::find(imagefiles.begin(), imagefiles.end(), path);
-  if (found == imagefiles.end()) return std::nullopt;
-  return static_cast<ImageIndex>(found - imagefiles.begin());
+  return imagefiles.find(path);
 }
 
 }  // namespace
@@ -63,7 +59,7 @@ void LumivaneView::shownImageDeleted(const std::string& path, ImageIndex index,
 
 // What the slot holds or the queue still brings was chosen by its position in the longer list.
 void LumivaneView::forgetImageAt(ImageIndex index) {
-  imagefiles_.erase(imagefiles_.begin() + static_cast<std::ptrdiff_t>(index));
+  imagefiles_.erase(index);
   if (index < img_index_) --img_index_;
   prefetch_.empty();
   prefetch_.prefetchNextImageFailed_ = false;

@@ -143,7 +143,7 @@ void LumivaneView::tell(const std::vector<LoadMessage>& messages) {
 }
 
 std::string LumivaneView::pathAt(ImageIndex index) const {
-  return index < imagefiles_.size() ? imagefiles_[index] : std::string();
+  return index < imagefiles_.size() ? std::string(imagefiles_[index]) : std::string();
 }
 
 }  // namespace lumivane

@@ -17,14 +17,13 @@ void LumivaneView::scanForImages() {
 }
 
 // What the slot holds, the queue still brings and the history keeps was chosen by its position in the old list.
-std::vector<std::string> LumivaneView::replaceImageFiles(std::vector<std::string> imagefiles) {
-  imagefiles_.swap(imagefiles);
+void LumivaneView::replaceImageFiles(ImageList imagefiles) {
+  imagefiles_ = std::move(imagefiles);
   prefetch_.empty();
   prefetch_.prefetchNextImageFailed_ = false;
   abandonPrefetch();
   history_.clearAtNextStore();
   order_.refill(imagefiles_.size());
-  return imagefiles;
 }
 
 void LumivaneView::startWithFreshCollection() {

@@ -1,6 +1,7 @@
 // What this display remembers: its settings, its list of pictures, and where the show stopped.
 #include "collection/FolderBookmarks.h"
 #include "collection/ImageListFile.h"
+#include "engine/CollectionScan.h"
 #include "engine/FormattedText.h"
 #include "engine/LumivaneView.h"
 #include "engine/PreferencesSheet.h"
@@ -65,6 +66,7 @@ void LumivaneView::saveConfig() {
 
 void LumivaneView::loadImageList(const std::string& displayName) {
   imageListPath_ = supportFile(imageListFileName(fileNameToken(displayName)));
+  collectionScan_->finishShortened();
   imagefiles_ = lumivane::loadImageList(host_.files, imageListPath_, host_.log);
   abandonPrefetch();
   if (preferencesSheet_) preferencesSheet_->showNumImages(std::to_string(imagefiles_.size()));
@@ -72,7 +74,7 @@ void LumivaneView::loadImageList(const std::string& displayName) {
 }
 
 void LumivaneView::saveImageList() {
-  lumivane::saveImageList(host_.files, imageListPath_, imagefiles_, host_.log);
+  collectionScan_->storeShortened(imagefiles_);
 }
 
 // --- Where the show stopped ---

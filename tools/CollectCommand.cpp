@@ -113,7 +113,8 @@ ExitStatus store(const Tool& tool, const std::string& display, const std::vector
   const InterruptsHeldBack held;
   const std::size_t errorsBefore = tool.log.errors();
   const std::string token = fileNameToken(display);
-  saveImageList(tool.files, tool.folders.data + "/" + imageListFileName(token), imagefiles, tool.log);
+  saveImageList(tool.files, tool.folders.data + "/" + imageListFileName(token), ImageList(imagefiles),
+                tool.log);
   if (tool.log.errors() != errorsBefore || !preferences.save(settings)) {
     return fail(tool, "the pictures of display \"" + printable(display) + "\" could not be stored");
   }

@@ -8,7 +8,8 @@ namespace lumivane {
 namespace {
 
 constexpr std::size_t kMostBuffersGone = 4096;
-constexpr std::uint32_t kNoPlanes = 0;  // otherwise 1 + the form of the colour planes
+constexpr int kLongestDecodedSide = 65536;  // of longer ones, the bytes could not be counted
+constexpr std::uint32_t kNoPlanes = 0;      // otherwise 1 + the form of the colour planes
 
 // The first byte of a message: which alternative of its variant follows.
 using Kind = std::uint8_t;
@@ -153,9 +154,9 @@ void read(WireReader& in, DecodeAnswer& answer) {
   answer.inPlanes = planes != kNoPlanes;
   if (answer.inPlanes) answer.chroma = static_cast<Chroma>(planes - 1);
   const int smallestSide = answer.inPlanes ? kSmallestPlanarSide : 1;
-  const bool drawable = std::min(answer.size.width, answer.size.height) >= smallestSide &&
-                        answer.orientation >= 1 && answer.orientation <= 8 &&
-                        (answer.opaque || !answer.inPlanes);
+  const auto [shorter, longer] = std::minmax(answer.size.width, answer.size.height);
+  const bool drawable = shorter >= smallestSide && longer <= kLongestDecodedSide && answer.orientation >= 1 &&
+                        answer.orientation <= 8 && (answer.opaque || !answer.inPlanes);
   if (answer.decoded && !drawable) in.fail();
 }
 

@@ -79,7 +79,7 @@ TEST_P(StrangeFiles, AsListGiveAnEmptyListAndAreTold) {
   EXPECT_EQ(what(path), before) << "reading changes nothing";
   saveImageList(files_, path, {"/a.jpg"}, log_);
   if (isFileContent()) {
-    EXPECT_EQ(loadImageList(files_, path, log_), std::vector<std::string>{"/a.jpg"});
+    EXPECT_EQ(loadImageList(files_, path, log_), ImageList{"/a.jpg"});
   } else {
     EXPECT_EQ(what(path), before) << "what is no file is not replaced by one";
     EXPECT_EQ(log_.countStartingWith("saving image list failed: "), 1U);

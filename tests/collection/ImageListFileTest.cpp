@@ -16,11 +16,11 @@ constexpr char kPath[] = "/data/LumivaneImageList.LG.plist";
 
 class ImageListFileTest : public testing::Test {
  protected:
-  std::vector<std::string> loaded(const std::string& content) {
+  ImageList loaded(const std::string& content) {
     files_.content[kPath] = content;
     return loadImageList(files_, kPath, log_);
   }
-  std::string saved(const std::vector<std::string>& imagefiles) {
+  std::string saved(const ImageList& imagefiles) {
     saveImageList(files_, kPath, imagefiles, log_);
     return files_.content.at(kPath);
   }
@@ -87,8 +87,7 @@ TEST_F(ImageListFileTest, EmptyListIsAnEmptyFile) {
 }
 
 TEST_F(ImageListFileTest, WhatWasSavedIsLoaded) {
-  const std::vector<std::string> paths = {"/p/caf\xC3\xA9.jpg", "/p/\xF0\x9F\x8F\x94.jpg", "/p/tab\t.jpg",
-                                          "/p/\r.jpg", ""};
+  const ImageList paths = {"/p/caf\xC3\xA9.jpg", "/p/\xF0\x9F\x8F\x94.jpg", "/p/tab\t.jpg", "/p/\r.jpg", ""};
   saved(paths);
   EXPECT_EQ(loadImageList(files_, kPath, log_), paths);
 }

@@ -72,6 +72,46 @@ TEST_F(CollectionStoreTest, whatIsForgottenIsNeitherWrittenNorTold) {
   EXPECT_FALSE(files.content.contains(kList));
 }
 
+TEST_F(CollectionStoreTest, aShortenedListIsWrittenOnTheQueue) {
+  store->storeShortened({"/p/2.jpg"}, kList);
+  EXPECT_FALSE(files.content.contains(kList)) << "not on the main thread";
+  pass(1);
+  EXPECT_EQ(files.content[kList], "/p/2.jpg");
+}
+
+TEST_F(CollectionStoreTest, ofSeveralShortenedListsTheLastIsWrittenOnce) {
+  store->storeShortened({"/p/1.jpg", "/p/2.jpg"}, kList);
+  store->storeShortened({"/p/2.jpg"}, kList);
+  pass(1);
+  EXPECT_EQ(files.content[kList], "/p/2.jpg");
+  EXPECT_EQ(log.countStartingWith("saving image list"), 1U);
+}
+
+TEST_F(CollectionStoreTest, aShortenedListIsThereBeforeItIsReadAgain) {
+  queues.jobTime = std::chrono::seconds(10);
+  store->storeShortened({"/p/2.jpg"}, kList);
+  store->finishShortened();
+  EXPECT_EQ(files.content[kList], "/p/2.jpg");
+  files.content[kList] = "as another program left it";
+  pass(60);
+  EXPECT_EQ(files.content[kList], "as another program left it") << "written once";
+}
+
+TEST_F(CollectionStoreTest, aShortenedListIsNotLostAtTheEnd) {
+  queues.jobTime = std::chrono::seconds(10);
+  store->storeShortened({"/p/2.jpg"}, kList);
+  store.reset();
+  EXPECT_EQ(files.content[kList], "/p/2.jpg");
+}
+
+TEST_F(CollectionStoreTest, aShortenedListNeverReplacesTheNewCollection) {
+  store->storeShortened({"/old/2.jpg"}, kList);
+  storeFolders({"/p/1.jpg"});
+  store->storeShortened({"/old/3.jpg"}, kList);
+  pass(1);
+  EXPECT_EQ(files.content[kList], "/p/1.jpg");
+}
+
 // What happens between the end of the queue's work and the next turn of the main loop.
 struct CollectionStoreWritten : CollectionStoreTest {
   struct ReadyQueues final : SerialQueues {

@@ -45,7 +45,7 @@ struct DecodesPerPictureTest : ViewTest {
   void expectOneDecodeForEachPicture() {
     std::set<std::string> expected = shown;
     const PrefetchSlot& slot = view->prefetchSlot();
-    if (slot.full()) expected.insert(view->imageFiles()[slot.prefetch_img_index_]);
+    if (slot.full()) expected.emplace(view->imageFiles()[slot.prefetch_img_index_]);
     std::set<std::string> decoded;
     for (const auto& [path_, times] : decoder.decodes) {
       decoded.insert(path_);

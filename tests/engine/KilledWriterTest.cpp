@@ -65,7 +65,7 @@ struct Stored {
     settings.skipPatterns_ = listOf(settings.durationPerImage_);
     if (!stored.preferences.save(settings)) _exit(1);
     ++progress.settings;
-    saveImageList(stored.files, stored.listPath, listOf(progress.list + 1), stored.log);
+    saveImageList(stored.files, stored.listPath, ImageList(listOf(progress.list + 1)), stored.log);
     ++progress.list;
     const std::int32_t version = progress.record + 1;
     stored.record.saveLastRunInfo(
@@ -112,9 +112,9 @@ class KilledWriter : public testing::Test {
     const auto list = loadImageList(stored.files, stored.listPath, stored.log);
     if (progress_->list != 0 || !list.empty()) {
       ASSERT_EQ(list.size(), kListLength);
-      const std::int32_t version = std::stoi(list[0].substr(10));
+      const std::int32_t version = std::stoi(std::string(list[0].substr(10)));
       expectOldOrNew(version, progress_->list, "list");
-      EXPECT_EQ(list, listOf(version)) << "of one piece";
+      EXPECT_EQ(list, ImageList(listOf(version))) << "of one piece";
     }
     const auto run = stored.record.loadLastRunInfo(stored.recordPath, {});
     ASSERT_TRUE(run);
@@ -125,7 +125,7 @@ class KilledWriter : public testing::Test {
     EXPECT_EQ(stored.log.countStartingWith("settings file cannot be used"), 0U);
     // What was written last is known for certain from here on.
     progress_->settings = settings.durationPerImage_;
-    progress_->list = list.empty() ? 0 : std::stoi(list[0].substr(10));
+    progress_->list = list.empty() ? 0 : std::stoi(std::string(list[0].substr(10)));
     progress_->record = static_cast<std::int32_t>(run->imageIndex);
   }
 

@@ -202,7 +202,7 @@ TEST_F(SheetAlbumsTest, picturesOutsideAnyPackageGiveAnEmptyCollectionThatIsNotS
 
 TEST_F(SheetAlbumsTest, aLibraryThatCannotBeReadLeavesTheCollection) {
   startWithAlbums();
-  const std::vector<std::string> before = view->imageFiles();
+  const ImageList before = view->imageFiles();
   library.problem = "the library is locked";
   collect(0);
   EXPECT_TRUE(log.has("the library is locked", LogLevel::Error));

@@ -25,7 +25,7 @@ struct ViewDeletionTest : ViewTest {
     beat();
     while (view->filename() != wanted) runUntilChange();
   }
-  [[nodiscard]] std::vector<std::string> storedList() {
+  [[nodiscard]] ImageList storedList() {
     RecordingLog quiet;
     return loadImageList(files, folders.data + "/" + imageListFileName("Color LCD"), quiet);
   }
@@ -186,7 +186,7 @@ TEST_F(SlowDeletionTest, aListThatIsReadAnewMeanwhileLosesThePictureToo) {
   storeList({path(8), path(3), path(5)});
   view->loadImageList(view->displayName());
   run(Seconds{2.1});
-  EXPECT_EQ(view->imageFiles(), (std::vector{path(8), path(5)}));
+  EXPECT_EQ(view->imageFiles(), (ImageList{path(8), path(5)}));
 }
 
 TEST_F(SlowDeletionTest, anotherListIsLeftAlone) {
@@ -194,7 +194,7 @@ TEST_F(SlowDeletionTest, anotherListIsLeftAlone) {
   storeList({path(8), path(5)});
   view->loadImageList(view->displayName());
   run(Seconds{2.1});
-  EXPECT_EQ(view->imageFiles(), (std::vector{path(8), path(5)}));
+  EXPECT_EQ(view->imageFiles(), (ImageList{path(8), path(5)}));
 }
 
 TEST_F(SlowDeletionTest, aViewThatIsGoneHearsNothingMore) {

@@ -105,7 +105,7 @@ TEST_F(ViewKeysTest, fTogglesFullScreenAndEscapeLeavesIt) {
 
 TEST_F(ViewKeysTest, tenStepsBackShowTenPicturesWithoutDecoding) {
   showPictures(12);
-  const std::vector<std::string> list = view->imageFiles();
+  const ImageList list = view->imageFiles();
   std::size_t expected = view->imageIndex();
   const auto decodes = decoder.decodes;
   for (int step = 0; step < 10; ++step) {

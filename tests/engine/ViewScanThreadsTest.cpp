@@ -127,7 +127,7 @@ TEST_F(ViewScanThreadsTest, collectsAnAlbum) {
   choose(SheetControl::albumView_, 0, &SheetActions::selectAlbum);
   close();
   runScan();
-  EXPECT_EQ(view->imageFiles(), std::vector<std::string>{"/x.photoslibrary/a.jpg"});
+  EXPECT_EQ(view->imageFiles(), ImageList{"/x.photoslibrary/a.jpg"});
 }
 
 TEST_F(ViewScanThreadsTest, endsWhileAlbumsAreRead) {

@@ -18,9 +18,10 @@ void fuzzImageList(std::string_view bytes) {
   MemoryFiles files;
   RecordingLog log;
   files.content["/list"] = std::string(bytes);
-  const std::vector<std::string> list = loadImageList(files, "/list", log);
+  const ImageList list = loadImageList(files, "/list", log);
   promise(files.content["/list"] == bytes);
-  for (const std::string& path : list) promise(isValidUtf8(path) && path.find('\n') == std::string::npos);
+  for (const std::string_view path : list)
+    promise(isValidUtf8(path) && path.find('\n') == std::string_view::npos);
   promise(list.empty() || !list.front().empty());
   if (list.empty()) return;
   saveImageList(files, "/copy", list, log);

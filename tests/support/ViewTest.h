@@ -56,7 +56,8 @@ class ViewTest : public testing::Test {
   }
   void storeList(const std::vector<std::string>& paths, const std::string& display = "Color LCD") {
     RecordingLog quiet;
-    saveImageList(files, folders.data + "/" + imageListFileName(fileNameToken(display)), paths, quiet);
+    saveImageList(files, folders.data + "/" + imageListFileName(fileNameToken(display)), ImageList(paths),
+                  quiet);
   }
   [[nodiscard]] static std::string path(std::size_t i) { return "/pictures/p" + std::to_string(i) + ".jpg"; }
 

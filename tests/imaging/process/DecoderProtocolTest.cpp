@@ -185,6 +185,19 @@ TEST(DecoderProtocolTest, absurd_pictures_are_refused) {
   EXPECT_FALSE(reads({1, true, {64, 64}, 1, false, true, Chroma::Half})) << "planes know no transparency";
 }
 
+TEST(DecoderProtocolTest, pictures_whose_bytes_could_not_be_counted_are_refused) {
+  const auto reads = [](SizePx size, bool inPlanes) {
+    return answerIn(encoded(DecoderAnswer(DecodeAnswer{1, true, size, 1, true, inPlanes, Chroma::Half})))
+        .has_value();
+  };
+  EXPECT_TRUE(reads({65536, 65536}, false));
+  EXPECT_TRUE(reads({65536, 65536}, true));
+  EXPECT_FALSE(reads({65537, 64}, false));
+  EXPECT_FALSE(reads({64, 65537}, true));
+  // Found by fuzzing: four bytes for each of these pixels are more than 64 bits can say.
+  EXPECT_FALSE(reads({0x68172F00, 0x7E000400}, true));
+}
+
 TEST(DecoderProtocolTest, statuses_are_those_that_a_file_can_have) {
   const auto reads = [](int status) {
     return answerIn(encoded(DecoderAnswer(OpenAnswer{1, true, static_cast<ImageSourceStatus>(status), {}})))
