@@ -123,11 +123,11 @@ Result<std::string> PosixFiles::read(const std::string& path, std::size_t maxByt
   if (static_cast<std::uint64_t>(status.st_size) > maxBytes) return tooLarge();
 
   // One byte more than the size says, to see the end; files of /proc say 0, and a file may grow meanwhile.
-  std::string content;
+  std::string content(static_cast<std::size_t>(status.st_size) + 1, '\0');
   std::size_t length = 0;
-  for (std::size_t chunk = static_cast<std::size_t>(status.st_size) + 1;; chunk = 65536) {
-    content.resize(length + chunk);
-    const ssize_t got = ::read(file.value().get(), content.data() + length, chunk);
+  for (;;) {
+    if (length == content.size()) content.resize(length + 65536);
+    const ssize_t got = ::read(file.value().get(), content.data() + length, content.size() - length);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return failure(path, errno);
     if (got == 0) break;

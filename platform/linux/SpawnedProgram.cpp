@@ -72,15 +72,28 @@ class SpawnAttributes {
   posix_spawnattr_t attributes_{};
 };
 
-Result<pid_t> spawn(const ProgramToSpawn& program, int socket) {
+// A file that is open with us already, by the name that the child can use when all of ours are closed to it.
+std::string openFile(const FileDescriptor& file) {
+  return "/proc/" + std::to_string(::getpid()) + "/fd/" + std::to_string(file.get());
+}
+
+// By its name where there is no /proc, or was no file.
+int spawnFileOrName(pid_t* process, const FileDescriptor& file, const std::string& name,
+                    const SpawnFiles& files, char* const* words, char* const* variables) {
+  const SpawnAttributes attributes;
+  if (file.isOpen() &&
+      posix_spawn(process, openFile(file).c_str(), files.get(), attributes.get(), words, variables) == 0)
+    return 0;
+  return posix_spawn(process, name.c_str(), files.get(), attributes.get(), words, variables);
+}
+
+Result<pid_t> spawn(const ProgramToSpawn& program, const FileDescriptor& file, int socket) {
   std::vector<std::string> words{program.path};
   words.insert(words.end(), program.arguments.begin(), program.arguments.end());
   std::vector<std::string> variables = program.environment;
-  const SpawnFiles files(socket);
-  const SpawnAttributes attributes;
   pid_t process = 0;
-  const int error = posix_spawn(&process, program.path.c_str(), files.get(), attributes.get(),
-                                pointersTo(words).data(), pointersTo(variables).data());
+  const int error = spawnFileOrName(&process, file, program.path, SpawnFiles(socket),
+                                    pointersTo(words).data(), pointersTo(variables).data());
   if (error == 0) return process;
   return Error{printable(program.path) +
                " cannot be started: " + std::error_code(error, std::system_category()).message()};
@@ -159,7 +172,9 @@ class SpawnedPrograms::Child final : public ChildProgram {
 };
 
 SpawnedPrograms::SpawnedPrograms(ProgramToSpawn program)
-    : program_(std::move(program)), processes_(std::make_shared<Processes>()) {}
+    : program_(std::move(program)),
+      file_(::open(program_.path.c_str(), O_PATH | O_CLOEXEC)),
+      processes_(std::make_shared<Processes>()) {}
 SpawnedPrograms::~SpawnedPrograms() = default;
 
 Result<std::unique_ptr<ChildProgram>> SpawnedPrograms::start() {
@@ -169,7 +184,7 @@ Result<std::unique_ptr<ChildProgram>> SpawnedPrograms::start() {
     return Error{"no socket: " + std::error_code(errno, std::system_category()).message()};
   FileDescriptor ours(ends[0]);
   const FileDescriptor theirs(ends[1]);
-  const Result<pid_t> process = spawn(program_, theirs.get());
+  const Result<pid_t> process = spawn(program_, file_, theirs.get());
   if (!process) return Error{process.error()};
   return std::unique_ptr<ChildProgram>(new Child(process.value(), std::move(ours), processes_));
 }

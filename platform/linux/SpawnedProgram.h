@@ -1,4 +1,5 @@
-// Starts a program with a socket to it and nothing else of ours: no open files, no input, no output.
+// Starts a program with a socket to it and nothing else of ours: no open files, no input, no output. It is the program
+// that was there in the beginning: what an update puts in its place while we run may speak otherwise.
 //
 // Threads: as in ChildProgram.h.
 // Owns:    as in ChildProgram.h. Processes that were told to end are collected whenever there is an occasion; with the
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "platform/ChildProgram.h"
+#include "platform/linux/FileDescriptor.h"
 
 namespace lumivane {
 
@@ -40,6 +42,7 @@ class SpawnedPrograms final : public ChildPrograms {
   class Processes;
   class Child;
   const ProgramToSpawn program_;
+  const FileDescriptor file_;  // the program's own; not open where there was none
   const std::shared_ptr<Processes> processes_;
 };
 

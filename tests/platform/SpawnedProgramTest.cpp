@@ -14,6 +14,7 @@
 #include "platform/linux/MessageSocket.h"
 #include "platform/linux/SealedMemory.h"
 #include "tests/support/RealClock.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace lumivane {
 namespace {
@@ -154,6 +155,29 @@ TEST(SpawnedProgramTest, a_program_that_is_not_there_is_an_error) {
   const auto child = programs.start();
   ASSERT_FALSE(child);
   EXPECT_NE(child.error().find("/no/such/program cannot be started"), std::string::npos);
+}
+
+TEST(SpawnedProgramTest, an_update_does_not_change_the_program_that_is_started) {
+  const TemporaryFolder folder;
+  std::filesystem::copy_file("/bin/sh", folder / "program");
+  SpawnedPrograms programs({folder / "program", {"-c", "printf '\\000ok' >&3"}, {"PATH=/usr/bin:/bin"}});
+  std::filesystem::rename(folder.write("update", "not even a program"), folder / "program");
+  for (int start = 0; start < 2; ++start) {
+    const auto child = std::move(programs.start()).value();
+    Bytes message;
+    ASSERT_EQ(nextOf(*child, message), MessageArrival::Message);
+    EXPECT_EQ(message, (Bytes{std::byte{'o'}, std::byte{'k'}}));
+  }
+}
+
+TEST(SpawnedProgramTest, a_program_that_comes_later_is_started_by_its_name) {
+  const TemporaryFolder folder;
+  SpawnedPrograms programs({folder / "program", {"-c", "printf '\\000ok' >&3"}, {"PATH=/usr/bin:/bin"}});
+  EXPECT_FALSE(programs.start());
+  std::filesystem::copy_file("/bin/sh", folder / "program");
+  const auto child = std::move(programs.start()).value();
+  Bytes message;
+  EXPECT_EQ(nextOf(*child, message), MessageArrival::Message);
 }
 
 // The script says so itself, in a packet as MessageSocket knows them. What it opens to look has gone again when it looks.
