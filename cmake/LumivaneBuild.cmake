@@ -18,7 +18,7 @@ target_compile_options(lumivane_flags INTERFACE -Wall -Wextra -Wpedantic -Wconve
 # there are none.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(lumivane_flags INTERFACE
-                         $<$<CONFIG:Release,RelWithDebInfo>:-Wno-maybe-uninitialized;-Wno-restrict;-Wno-stringop-overflow>)
+                         $<$<CONFIG:Release,RelWithDebInfo>:-Wno-maybe-uninitialized;-Wno-restrict>)
 endif()
 if(LUMIVANE_WERROR)
   target_compile_options(lumivane_flags INTERFACE -Werror)
