@@ -67,7 +67,7 @@ Desktop::Desktop(const Environment& environment, const Clock& clock, Log& log, c
       sleepNotes_(queues_),
       keepAwake_(sessionBus_, systemBus_, log),
       configureSheet_(window, firstFault),
-      folderDialog_(window),
+      folderDialog_(window, boundedCalls_),
       folderChooser_([this](UseBus use) { sessionBus_.whenOpen(std::move(use)); }, window, folderDialog_),
       helpPanel_(window, workspace_) {
   if (!geocoder_) log.error(geocoder_.error());

@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QUrl>
 #include <QWindow>
+#include <chrono>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -13,6 +15,9 @@
 
 namespace lumivane {
 namespace {
+
+// Not to be felt, and far more than a disk that is awake takes.
+constexpr std::chrono::milliseconds kPatience{40};
 
 constexpr long kConfirmed = 1;
 
@@ -54,7 +59,14 @@ void showAbove(QFileDialog& dialog, const QString& message) {
   grid->addWidget(label, 0, 0, 1, columns);
 }
 
-void prepare(QFileDialog& dialog, const FolderQuestion& question) {
+// Whether the disk says at once that this is a folder.
+bool isFolder(const QString& path, BoundedCalls& calls) {
+  const auto answer = std::make_shared<bool>(false);
+  const bool inTime = calls.runWithin(kPatience, [answer, path] { *answer = QFileInfo(path).isDir(); });
+  return inTime && *answer;
+}
+
+void prepare(QFileDialog& dialog, const FolderQuestion& question, BoundedCalls& calls) {
   dialog.setWindowModality(Qt::WindowModal);
   dialog.setWindowTitle(QFileDialog::tr("Choose a Folder"));
   dialog.setFileMode(QFileDialog::Directory);
@@ -67,15 +79,16 @@ void prepare(QFileDialog& dialog, const FolderQuestion& question) {
     showAbove(dialog, qtText(question.message));
   }
   const QUrl start = urlOf(question.startFolder);
-  if (QFileInfo(start.toLocalFile()).isDir()) dialog.setDirectoryUrl(start);
+  if (isFolder(start.toLocalFile(), calls)) dialog.setDirectoryUrl(start);
 }
 
 }  // namespace
 
 struct QtFolderChooser::OpenQuestion {
-  OpenQuestion(const FolderQuestion& question, Completion toTell, const WindowSource& window)
+  OpenQuestion(const FolderQuestion& question, Completion toTell, const WindowSource& window,
+               BoundedCalls& calls)
       : completion(std::move(toTell)), overWindow(dialog, window) {
-    prepare(dialog, question);
+    prepare(dialog, question, calls);
   }
 
   Completion completion;
@@ -83,7 +96,8 @@ struct QtFolderChooser::OpenQuestion {
   DialogOverWindow overWindow;
 };
 
-QtFolderChooser::QtFolderChooser(WindowSource window) : window_(std::move(window)) {}
+QtFolderChooser::QtFolderChooser(WindowSource window, BoundedCalls& calls)
+    : window_(std::move(window)), calls_(calls) {}
 QtFolderChooser::~QtFolderChooser() = default;
 
 void QtFolderChooser::choose(const FolderQuestion& question, Completion completion) {
@@ -102,7 +116,7 @@ void QtFolderChooser::askNext() {
   // A dialog over a window that is closed would keep the program from ending.
   const QWindow* window = window_();
   if (window != nullptr && !window->isVisible()) return answer(completion, {});
-  open_ = std::make_unique<OpenQuestion>(question, std::move(completion), window_);
+  open_ = std::make_unique<OpenQuestion>(question, std::move(completion), window_, calls_);
   QObject::connect(&open_->dialog, &QDialog::finished, &receiver_, [this](int result) {
     // By way of the loop: the dialog is still at it.
     later([this, result] { closed(result == QDialog::Accepted); });

@@ -1,6 +1,8 @@
 // The folder dialog of the desktop, or Qt's own where the desktop has none, and for questions with a message: the
 // desktops' dialogs show none.
 //
+// A folder whose disk does not answer at once is not where a dialog begins.
+//
 // Qt's own dialog keeps the last folder and its places in ~/.config/QtProject.conf, as in every program with Qt.
 //
 // Threads: as in FolderChooser.h; made after QApplication.
@@ -12,6 +14,7 @@
 #include <deque>
 #include <memory>
 
+#include "platform/BoundedCalls.h"
 #include "platform/FolderChooser.h"
 #include "platform/widgets/DialogOverWindow.h"
 
@@ -19,7 +22,8 @@ namespace lumivane {
 
 class QtFolderChooser final : public FolderChooser {
  public:
-  explicit QtFolderChooser(WindowSource window);
+  // The calls ask the disk of the folder that a dialog is to begin with.
+  QtFolderChooser(WindowSource window, BoundedCalls& calls);
   ~QtFolderChooser() override;
   void choose(const FolderQuestion& question, Completion completion) override;
 
@@ -32,6 +36,7 @@ class QtFolderChooser final : public FolderChooser {
   void answer(const Completion& completion, const FolderAnswer& given);
 
   const WindowSource window_;
+  BoundedCalls& calls_;
   std::deque<std::pair<FolderQuestion, Completion>> waiting_;
   std::unique_ptr<OpenQuestion> open_;
   QObject receiver_;  // last: nothing comes once it is gone

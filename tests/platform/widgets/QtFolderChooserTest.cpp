@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QTreeView>
 #include <QWindow>
+#include <filesystem>
 
 #include "tests/support/QtWaiting.h"
 
@@ -60,10 +61,20 @@ class QtFolderChooserTest : public ::testing::Test {
     return waitUntil([&] { return answers_.size() == count; });
   }
 
+  // A disk that answers unless it is told to hang.
+  struct Disk final : BoundedCalls {
+    bool runWithin(Nanoseconds /*limit*/, Job job) override {
+      if (!hangs) job();
+      return !hangs;
+    }
+    bool hangs = false;
+  };
+
   QTemporaryDir folder_;
+  Disk disk_;
   std::unique_ptr<QWindow> show_ = std::make_unique<QWindow>();
   std::unique_ptr<QtFolderChooser> chooser_ =
-      std::make_unique<QtFolderChooser>([this] { return show_.get(); });
+      std::make_unique<QtFolderChooser>([this] { return show_.get(); }, disk_);
   std::vector<FolderAnswer> answers_;
 };
 
@@ -143,6 +154,20 @@ TEST_F(QtFolderChooserTest, QuestionsComeOneAfterTheOther) {
   QFileDialog* second = dialog();
   EXPECT_TRUE(shows(*second, "second"));
   second->reject();
+  ASSERT_TRUE(answered(2));
+}
+
+TEST_F(QtFolderChooserTest, AFolderOnADiskThatHangsIsNotWhereItBegins) {
+  ask({.startFolder = path(), .message = "answers"});
+  EXPECT_EQ(dialog()->directory().path().toStdString(), path());
+  dialog()->reject();
+  ASSERT_TRUE(answered(1));
+  const std::string elsewhere = (std::filesystem::path(path()) / "hangs").string();
+  std::filesystem::create_directory(elsewhere);
+  disk_.hangs = true;
+  ask({.startFolder = elsewhere, .message = "hangs"});
+  EXPECT_NE(dialog()->directory().path().toStdString(), elsewhere);
+  dialog()->reject();
   ASSERT_TRUE(answered(2));
 }
 
