@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 #include <variant>
 
 #include "compositor/model/OrientationMap.h"
@@ -11,8 +12,6 @@
 namespace lumivane {
 namespace {
 
-// An edge between two pixels colours both.
-constexpr double kEdgeMargin = 1;
 // Beyond three deviations a shadow is fainter than one step of 255.
 constexpr double kShadowReach = 3;
 // Less blur than that is what any edge between pixels gets.
@@ -55,9 +54,11 @@ Renderer::Renderer(const Clock& clock)
     : textures_(clock, largestTextureSide()),
       vertexArray_(GlName::vertexArray()),
       picture_(Shader::Picture),
+      pictureInside_(Shader::PictureInside),
       color_(Shader::Color),
       shadow_(Shader::Shadow),
-      dissolve_(Shader::Dissolve) {}
+      dissolve_(Shader::Dissolve),
+      dissolveInside_(Shader::DissolveInside) {}
 
 void Renderer::draw(const DrawList& list, SizePx framebuffer) {
   framebuffer_ = framebuffer;
@@ -82,6 +83,7 @@ void Renderer::draw(const DrawList& list, SizePx framebuffer) {
     } else {
       drawQuad(list.quads[i]);
     }
+    glEnable(GL_BLEND);
   }
 }
 
@@ -91,9 +93,9 @@ void Renderer::drawQuad(const Quad& quad) {
 
 void Renderer::draw(const PictureQuad& quad) {
   if (!isReady(quad)) return;
-  picture_.use();
-  setPicture(picture_, kOnlyPicture, 0, quad);
-  drawRect(picture_, frameOf(quad), kEdgeMargin);
+  const RectPx frame = frameOf(quad);
+  drawInParts(pictureInside_, wholePixels(frame), picture_, touchedPixels(frame),
+              [&](const ShaderProgram& program) { setPicture(program, kOnlyPicture, 0, quad); });
 }
 
 void Renderer::draw(const ColorQuad& quad) {
@@ -101,7 +103,7 @@ void Renderer::draw(const ColorQuad& quad) {
   color_.use();
   setRect(color_.uniform("rect"), rect);
   setColor(color_.uniform("color"), quad.color, quad.opacity);
-  drawRect(color_, rect, kEdgeMargin);
+  drawRect(color_, touchedPixels(rect));
 }
 
 void Renderer::draw(const ShadowQuad& quad) {
@@ -112,21 +114,20 @@ void Renderer::draw(const ShadowQuad& quad) {
   setRect(shadow_.uniform("rect"), rect);
   setColor(shadow_.uniform("color"), quad.color, quad.opacity);
   glUniform1f(shadow_.uniform("deviation"), static_cast<float>(deviation));
-  drawRect(shadow_, rect, deviation * kShadowReach + kEdgeMargin);
+  drawRect(shadow_, touchedPixels(grown(rect, deviation * kShadowReach)));
 }
 
 void Renderer::draw(const Dissolve& dissolve) {
   const RectPx lower = frameOf(*dissolve.lower);
   const RectPx upper = frameOf(*dissolve.upper);
-  dissolve_.use();
-  setPicture(dissolve_, kOnlyPicture, 0, *dissolve.lower);
-  setPicture(dissolve_, kUpperPicture, 1, *dissolve.upper);
-  const RectPx both{std::min(lower.left, upper.left), std::min(lower.bottom, upper.bottom),
-                    std::max(lower.right, upper.right), std::max(lower.top, upper.top)};
-  drawRect(dissolve_, both, kEdgeMargin);
+  drawInParts(dissolveInside_, common(wholePixels(lower), wholePixels(upper)), dissolve_,
+              touchedPixels(joined(lower, upper)), [&](const ShaderProgram& program) {
+                setPicture(program, kOnlyPicture, 0, *dissolve.lower);
+                setPicture(program, kUpperPicture, 1, *dissolve.upper);
+              });
 }
 
-Renderer::RectPx Renderer::toPixels(const RectPt& rect) const {
+RectPx Renderer::toPixels(const RectPt& rect) const {
   return {rect.origin.x * pixelsAPointX_, rect.origin.y * pixelsAPointY_,
           (rect.origin.x + rect.size.width) * pixelsAPointX_,
           (rect.origin.y + rect.size.height) * pixelsAPointY_};
@@ -134,7 +135,7 @@ Renderer::RectPx Renderer::toPixels(const RectPt& rect) const {
 
 // At a scale like 1.25 a window seldom is a whole number of pixels for each of its points: only here is it known where
 // whole pixels lie.
-Renderer::RectPx Renderer::frameOf(const PictureQuad& quad) const {
+RectPx Renderer::frameOf(const PictureQuad& quad) const {
   const RectPx frame = toPixels(quad.frame);
   if (!quad.pixelForPixel) return frame;
   const SizePx pixels = quad.contents->displaySize();
@@ -161,16 +162,39 @@ void Renderer::setPicture(const ShaderProgram& program, const char* const (&name
   glUniform1f(program.uniform(names[4]), static_cast<float>(quad.opacity));
 }
 
-void Renderer::drawRect(const ShaderProgram& program, const RectPx& rect, double margin) {
-  const RectPx drawn{std::max(0.0, rect.left - margin), std::max(0.0, rect.bottom - margin),
-                     std::min<double>(framebuffer_.width, rect.right + margin),
-                     std::min<double>(framebuffer_.height, rect.top + margin)};
-  if (!(drawn.left < drawn.right && drawn.bottom < drawn.top)) return;
+template <class Begin>
+void Renderer::drawInParts(const ShaderProgram& inside, const RectPx& part, const ShaderProgram& edges,
+                           const RectPx& rect, const Begin& begin) {
+  const RectPx seen = onFramebuffer(rect);
+  const RectPx seenPart = common(seen, part);
+  if (!isEmpty(seenPart)) {
+    inside.use();
+    begin(inside);
+    drawRect(inside, seenPart);
+  }
+  bool begun = false;
+  for (const RectPx& strip : around(seen, seenPart)) {
+    if (isEmpty(strip)) continue;
+    if (!std::exchange(begun, true)) {
+      edges.use();
+      begin(edges);
+    }
+    drawRect(edges, strip);
+  }
+}
+
+RectPx Renderer::onFramebuffer(const RectPx& rect) const {
+  return common(rect,
+                {0, 0, static_cast<double>(framebuffer_.width), static_cast<double>(framebuffer_.height)});
+}
+
+void Renderer::drawRect(const ShaderProgram& program, const RectPx& rect) {
+  const RectPx drawn = onFramebuffer(rect);
+  if (isEmpty(drawn)) return;
   setRect(program.uniform("drawn"), drawn);
   glUniform2f(program.uniform("target"), static_cast<float>(framebuffer_.width),
               static_cast<float>(framebuffer_.height));
   glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
-  glEnable(GL_BLEND);
 }
 
 void Renderer::setRect(GLint uniform, const RectPx& rect) {
@@ -189,7 +213,8 @@ std::optional<std::string> Renderer::failure() {
 void Renderer::abandon() {
   textures_.abandon();
   vertexArray_.abandon();
-  for (ShaderProgram* program : {&picture_, &color_, &shadow_, &dissolve_}) program->abandon();
+  for (ShaderProgram* program : {&picture_, &pictureInside_, &color_, &shadow_, &dissolve_, &dissolveInside_})
+    program->abandon();
 }
 
 }  // namespace lumivane

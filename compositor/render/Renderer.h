@@ -9,6 +9,7 @@
 
 #include "compositor/model/Dissolve.h"
 #include "compositor/model/DrawList.h"
+#include "compositor/model/PixelRect.h"
 #include "compositor/render/Painter.h"
 #include "compositor/render/Shaders.h"
 #include "compositor/render/TextureStore.h"
@@ -28,10 +29,6 @@ class Renderer final : public Painter {
   void abandon() override;
 
  private:
-  struct RectPx {
-    double left, bottom, right, top;
-  };
-
   void drawQuad(const Quad& quad);
   void draw(const PictureQuad& quad);
   void draw(const ColorQuad& quad);
@@ -45,15 +42,23 @@ class Renderer final : public Painter {
   // Binds the picture's texture to a unit and tells the program where it lies, under names beginning like this.
   void setPicture(const ShaderProgram& program, const char* const (&names)[5], int unit,
                   const PictureQuad& quad);
-  // Draws what lies on the framebuffer of the rectangle made larger by the margin on all sides.
-  void drawRect(const ShaderProgram& program, const RectPx& rect, double margin);
+  // Draws what lies on the framebuffer of a rectangle: with one program the part where no edge is, with the other the
+  // rest. `begin` makes the program that it is given ready for use.
+  template <class Begin>
+  void drawInParts(const ShaderProgram& inside, const RectPx& part, const ShaderProgram& edges,
+                   const RectPx& rect, const Begin& begin);
+  // Draws what lies on the framebuffer of a rectangle.
+  void drawRect(const ShaderProgram& program, const RectPx& rect);
+  [[nodiscard]] RectPx onFramebuffer(const RectPx& rect) const;
 
   TextureStore textures_;
   GlName vertexArray_;
   ShaderProgram picture_;
+  ShaderProgram pictureInside_;
   ShaderProgram color_;
   ShaderProgram shadow_;
   ShaderProgram dissolve_;
+  ShaderProgram dissolveInside_;
 
   // Of the frame being drawn.
   SizePx framebuffer_;

@@ -16,10 +16,12 @@
 namespace lumivane {
 
 enum class Shader {
-  Picture,   // a texture in a rectangle
-  Color,     // a filled rectangle
-  Shadow,    // a filled rectangle, blurred
-  Dissolve,  // two textures in their rectangles, the second over the first
+  Picture,         // a texture in a rectangle
+  PictureInside,   // the same for pixels that lie in it whole
+  Color,           // a filled rectangle
+  Shadow,          // a filled rectangle, blurred
+  Dissolve,        // two textures in their rectangles, the second over the first
+  DissolveInside,  // the same for pixels that lie in both whole
 };
 
 class ShaderProgram {
