@@ -252,8 +252,7 @@ TEST_F(PosixFilesTest, ManyWritersInOneFolderDoNotDisturbEachOther) {
     writers.emplace_back([this, writer, &failures] {
       PosixFiles files;
       for (int i = 0; i < 50; ++i) {
-        if (!files.writeAtomically(folder_ / std::to_string(writer), std::to_string(i)).ok())
-          ++failures;
+        if (!files.writeAtomically(folder_ / std::to_string(writer), std::to_string(i)).ok()) ++failures;
       }
     });
   }
