@@ -37,7 +37,7 @@ class CollectionScan {
   void scanDirectory();
   void scanIPhotoPaths(const std::string& albumName);
 
-  // Writes the show's list, which lost a picture, in the background; waits until that is done.
+  // Writes the show's list, which lost a picture, in the background. The second one waits until that is done.
   void storeShortened(const ImageList& imagefiles);
   void finishShortened() { store_.finishShortened(); }
 

@@ -20,12 +20,13 @@ struct CollectionStore::Work {
   std::atomic<bool> cancelled{false};
   std::atomic<bool> written{false};
 
-  // Without memory for the order, or for writing, the show still gets its pictures.
+  // Without memory for the order, or for writing, the show still gets its pictures. Only what is whole and in order takes
+  // the place of the list that was stored before.
   void tryToPerform(Files& files, Log& log) {
     if (cancelled) return;
-    attempt(log, [&] { arrange(log); });
-    attempt(log, [&] { collection.imagefiles = ImageList(std::exchange(paths, {})); });
-    if (cancelled) return;
+    const bool inOrder = attempt(log, [&] { arrange(log); });
+    const bool listed = attempt(log, [&] { collection.imagefiles = ImageList(std::exchange(paths, {})); });
+    if (cancelled || !inOrder || !listed) return;
     attempt(log, [&] {
       saveImageList(files, imageListPath, collection.imagefiles, log);
       written = true;
@@ -40,11 +41,13 @@ struct CollectionStore::Work {
   }
 
   template <class Step>
-  static void attempt(Log& log, const Step& step) {
+  static bool attempt(Log& log, const Step& step) {
     try {
       step();
+      return true;
     } catch (const std::exception& failure) {
       log.error(std::string("Storing the collection failed: ") + failure.what() + "!");
+      return false;
     }
   }
 };
